@@ -1,0 +1,10 @@
+# Every library that the show calls, as imported targets.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(SDL REQUIRED IMPORTED_TARGET sdl)
+pkg_check_modules(SDL_IMAGE REQUIRED IMPORTED_TARGET SDL_image)
+pkg_check_modules(SDL_MIXER REQUIRED IMPORTED_TARGET SDL_mixer)
+pkg_check_modules(GLESV2 REQUIRED IMPORTED_TARGET glesv2)
+pkg_check_modules(EGL REQUIRED IMPORTED_TARGET egl)
+pkg_check_modules(X11 REQUIRED IMPORTED_TARGET x11 xext)
+pkg_check_modules(DBUS REQUIRED IMPORTED_TARGET dbus-1)
+find_path(GLM_INCLUDE_DIR glm/glm.hpp REQUIRED)

@@ -1,0 +1,24 @@
+// The desktop captured before the show's window exists, and frame grabs of what was rendered.
+#pragma once
+
+#include <SDL.h>
+
+// The desktop, 854 x 480, 32 bits per pixel, bottom row first (upright as a GL texture). Black
+// where there was none to capture.
+extern SDL_Surface* screenshot_surface;
+
+// Captures the top left 854 x 480 pixels of the desktop into screenshot_surface. Silent when there
+// is no display or no image.
+void take_screenshot();
+
+// Reads the current framebuffer (video_w x video_h) into a new surface, top row first, bytes R, G,
+// B, unused. The caller frees it.
+SDL_Surface* get_screenshot();
+
+// Writes the current framebuffer as a BMP file. A file that cannot be written is not reported.
+void save_screenshot(char* filename);
+
+// Collects the current framebuffer as sub-frame `frame` of groups of framecount (1 to 4); on the
+// last of a group writes their average as "ss%08i.bmp", numbered frame / framecount, into the
+// working directory. Call with consecutive frames: a slot that is filled twice leaks.
+void screenshot_blur(int frame, int framecount);

@@ -1,0 +1,3 @@
+#include "wake.h"
+
+void pysyhereilla() {}

@@ -1,0 +1,11 @@
+#include "effects.h"
+
+namespace {
+
+class effect_c : public demoeffect_c {};
+
+effect_c effect;
+
+} // namespace
+
+demoeffect_c* pbtausta = &effect;
