@@ -1,9 +1,21 @@
 #include "demo.h"
 
+#include "3dphone.h"
 #include "effects.h"
 #include "main/capture.h"
 #include "main/clock.h"
 #include "main/startup.h"
+#include "main/video.h"
+#include "screenshot.h"
+#include "sync.h"
+#include "util.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <glm/gtc/matrix_transform.hpp>
+#include <initializer_list>
 
 spring_c<glm::vec3> tunnelflyer;
 fbo_c* orangetex_fbo = nullptr;
@@ -13,17 +25,475 @@ texture_c screenshottex;
 GLuint orangetex = 0;
 bool die = false;
 
+namespace {
+
+constexpr glm::vec3 xaxis(1.0f, 0.0f, 0.0f);
+constexpr glm::vec3 yaxis(0.0f, 1.0f, 0.0f);
+constexpr glm::vec3 zaxis(0.0f, 0.0f, 1.0f);
+
+texture_c whiteback;
+texture_c callscreentex;
+texture_c woodstex;
+
+// ---- the schedule's two questions ----
+
+bool fires(const char* name, float beat) {
+    return sync_c(name, beat, 0).once();
+}
+
+bool past(const char* name, float beat) {
+    return sync_c(name, beat, 0).past();
+}
+
+// ---- poses and state that scenes share ----
+
+void rotatephone(float degrees, const glm::vec3& axis) {
+    phone_rotation_mv = util::rotate(phone_rotation_mv, degrees, axis);
+}
+
+void translatephone(const glm::vec3& offset) {
+    phone_rotation_mv = glm::translate(phone_rotation_mv, offset);
+}
+
+void resetphone() {
+    phone_rotation_mv = glm::mat4(1.0f);
+}
+
+void widelens() {
+    phone_projection = util::perspective(70.0f, 1.0f, 30000.0f);
+}
+
+void restcamera(const glm::vec3& pos) {
+    tunnelflyer.pos = pos;
+    tunnelflyer.vel = glm::vec3(0.0f);
+}
+
+void usedepth() {
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LESS);
+}
+
+void clearframe() {
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
+void drawinto(fbo_c* target, std::initializer_list<demoeffect_c*> effects) {
+    target->bind();
+    for (demoeffect_c* effect : effects)
+        effect->draw();
+    target->unbind();
+}
+
+void drawgear(int appear) {
+    gearAppear = appear;
+    gear->draw();
+}
+
+float beatssince(float beat) {
+    return std::max(0.0f, beatgrid - beat);
+}
+
+// ---- scene 1: the phone over the desktop, then the city through its screen ----
+
+enum generator_t { GEN_NONE, GEN_LOGO, GEN_JUICE, GEN_ORANGE };
+
+generator_t do_orange = GEN_NONE; // what renders the picture on the phone's screen
+bool shouldwescroll = false;      // the orbiting scroller is active
+
+void runscroller() {
+    if (fires("startorbitscroller", 11))
+        shouldwescroll = true;
+    if (past("stoporbitscroller-bum", 48))
+        orbitradius += frameskip * 0.3f;
+    if (fires("stoporbitscroller", 53))
+        shouldwescroll = false;
+    else if (shouldwescroll)
+        drawinto(scrollertex_fbo, {scrollertexgen, pelvar});
+}
+
+void rendergenerator() {
+    switch (do_orange) {
+    case GEN_NONE:
+        break;
+    case GEN_LOGO:
+        drawinto(orange_fbo, {vxqlogo});
+        break;
+    case GEN_JUICE:
+        drawinto(orange_fbo, {mujuice});
+        break;
+    case GEN_ORANGE:
+        drawinto(orangetex_fbo, {orangetexgen});
+        orangetex = orangetex_fbo->colortex;
+        drawinto(orange_fbo, {orange, heart, lace});
+        break;
+    }
+}
+
+void showgenerator(generator_t generator) {
+    phonescreentex = orange_fbo->colortex;
+    do_orange = generator;
+}
+
+void runphonescreen() {
+    if (fires("phonetex_shot", 0))
+        phonescreentex = screenshottex.textureid;
+    if (fires("phonetex_vxqlogo", 8))
+        showgenerator(GEN_LOGO);
+    if (fires("phonetex_mu", 32))
+        showgenerator(GEN_JUICE);
+    if (fires("phonetex_orange", 52))
+        showgenerator(GEN_ORANGE);
+    if (fires("phonetex_callscreen", 104)) {
+        do_orange = GEN_NONE;
+        phonescreentex = callscreentex.textureid;
+    } else {
+        rendergenerator();
+    }
+}
+
+void drawbackground() {
+    if (show_whiteback) {
+        phonescreentex = woodstex.textureid;
+        texturetesttex = whiteback.textureid;
+        texturetest->draw();
+    } else {
+        starfield->draw();
+    }
+}
+
+void drawphoneflight() {
+    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+    drawbackground();
+    usedepth();
+    glEnable(GL_STENCIL_TEST);
+    flyphone->draw();
+    if (keystate[SDLK_s])
+        screenshot->draw();
+    scrollertex = scrollertex_fbo->colortex;
+    if (shouldwescroll)
+        orbitscroller->draw();
+}
+
+// The phone has left 1 in the stencil buffer where its screen is seen.
+void drawinsidescreenonly() {
+    glEnable(GL_STENCIL_TEST);
+    glStencilFunc(GL_EQUAL, 1, 1);
+    glStencilOp(GL_KEEP, GL_KEEP, GL_KEEP);
+    glStencilMask(1);
+}
+
+// The city rises from the bottom of the screen, its edge wobbling.
+void revealcity() {
+    static float viewport = 0.0f; // revealed height, 1 = full
+    viewport = static_cast<float>(std::min(viewport + frameskip / 480.0, 1.2083334));
+    if (viewport >= 0.8f)
+        return;
+    const double height = (viewport + sin(timeval * 3.0) * 0.04166) * video_h;
+    // GL refuses a negative height and would keep the box of before.
+    glScissor(0, 0, video_w, std::max(0, static_cast<int>(height)));
+    glEnable(GL_SCISSOR_TEST);
+}
+
+void flycity() {
+    tunnelflyer.pos += static_cast<float>(frameskip) * tunnelflyer.vel;
+    if (fires("tunnelupmove", 156))
+        tunnelflyer.vel.y -= 1.0f;
+}
+
+void widenview() {
+    static spring_c<float> citydist(0.0f, 400.0f, 0.0002f, 0.98f);
+    if (flyphone_tunnelready) {
+        citydist.targetpos = 1000.0f;
+        citydist.acc = 0.0004f;
+        citydist.damp = 0.94f;
+    }
+    citydist.iterate(frameskip);
+    CityMaxDistance = citydist.pos;
+    fprintf(stderr, "CityMaxDistance: %.2f\n", double(CityMaxDistance));
+}
+
+void drawrisingcity() {
+    revealcity();
+    citytex = orangetex_fbo->colortex;
+    glEnable(GL_DEPTH_TEST);
+    flycity();
+    widenview();
+    zreset->draw();
+    tunnel->draw();
+    glDisable(GL_SCISSOR_TEST);
+}
+
+void scene_phone() {
+    while (!die) {
+        glDisable(GL_DEPTH_TEST);
+        glDisable(GL_STENCIL_TEST);
+        runscroller();
+        runphonescreen();
+        if (!flyphone_tunnelready) {
+            drawphoneflight();
+            if (!show_whiteback) {
+                system_crap();
+                continue;
+            }
+            drawinsidescreenonly();
+        }
+        drawrisingcity();
+        if (fires("stoptunnel", 160))
+            return;
+        system_crap();
+    }
+}
+
+// ---- scenes 2 to 7 ----
+
+void movecredits() {
+    if (fires("bump1", 165))
+        bumptgt = 10;
+    if (fires("bump2", 170))
+        bumptgt = 20;
+    if (fires("bump3", 173))
+        bumptgt = 30;
+    if (fires("bump4", 178))
+        bumptgt = 40;
+}
+
+void scene_credits() {
+    usedepth();
+    do {
+        clearframe();
+        bump->draw();
+        system_crap();
+        movecredits();
+    } while (!fires("stopgear", 180));
+}
+
+void scene_gear() {
+    restcamera({370.0f, -100.0f, -200.0f});
+    CityMaxDistance = 1000.0f;
+    widelens();
+    resetphone();
+    rotatephone(-190.0f, yaxis);
+    rotatephone(-20.0f, xaxis);
+    rotatephone(90.0f, zaxis);
+    usedepth();
+    gearAppear = 0;
+    do {
+        clearframe();
+        tunnelflyer.pos.z += frameskip;
+        zreset->draw();
+        tunnel->draw();
+        drawgear(1);
+        system_crap();
+    } while (!fires("stopfly2", 208));
+}
+
+void scene_ripples() {
+    do {
+        clearframe();
+        ripsilu->draw();
+        drawgear(1);
+        ripsilu_mm = std::clamp(beatgrid - 211.0f, 0.0f, 1.0f); // seen from the next pass on
+        system_crap();
+    } while (!fires("stopbump", 212));
+}
+
+void scene_dode() {
+    usedepth();
+    do {
+        clearframe();
+        pbtausta->draw();
+        dode->draw();
+        drawgear(2);
+        system_crap();
+    } while (!fires("stopdode", 240));
+}
+
+// The rocket rises, the city bursts, and the camera shakes ever harder.
+void explode() {
+    const float shake = frameskip * beatssince(250.0f);
+    const glm::vec3 jolt = util::vecRand3(0.0f, shake);
+    rockety = (beatgrid - 250.0f) * 0.4f - 1.1f;
+    citybomb = beatssince(248.0f) * 0.2f;
+    horizonbomb = beatssince(248.0f) * 0.1f;
+    tunnelflyer.pos += jolt;
+}
+
+void scene_rocket() {
+    restcamera({0.0f, -100.0f, -200.0f});
+    widelens();
+    resetphone();
+    rotatephone(30.0f, yaxis);
+    rotatephone(90.0f, zaxis);
+    usedepth();
+    do {
+        clearframe();
+        tunnelflyer.pos.x += frameskip;
+        tunnelflyer.pos.z += frameskip * 0.1f;
+        zreset->draw();
+        if (beatgrid > 248.0f)
+            explode();
+        tunnel->draw();
+        system_crap();
+    } while (!fires("stopfly3", 256));
+}
+
+void scene_face() {
+    for (;;) {
+        clearframe();
+        face->draw();
+        fluid->draw();
+        if (fires("stopduce", 273))
+            return;
+        system_crap();
+    }
+}
+
+// ---- scenes 8 and 9: the phone in space ----
+
+struct orbit_s {
+    float ang;  // degrees round the viewer
+    float zepo; // distance along the phone's own way, model units
+};
+
+void setspacepose(const orbit_s& orbit) {
+    resetphone();
+    rotatephone(orbit.ang, yaxis);
+    translatephone({0.0f, 0.0f, -70.0f});
+    translatephone({0.0f, -30.0f, 0.0f});
+    rotatephone(-110.0f, yaxis);
+    translatephone({0.0f, 0.0f, orbit.zepo});
+    rotatephone(-90.0f, xaxis);
+}
+
+// The stars turn with the phone's way round the viewer.
+void turnstars(float ang) {
+    starang = ang - 117.0f;
+}
+
+// The face falls away; while it is in the picture it is drawn twice, twice as strong.
+void dropface() {
+    const float fallen = beatssince(279.0f) * 0.5f;
+    ylift = -(fallen * fallen);
+    if (ylift > -1.0f)
+        face->draw();
+    face->draw();
+}
+
+orbit_s spaceorbit() {
+    return {std::sqrt(beatssince(279.0f) / 9.0f) * 117.0f, 300.0f - 50.0f * (beatgrid - 273.0f)};
+}
+
+// Returns where the phone was last.
+orbit_s scene_spacefly() {
+    widelens();
+    for (;;) {
+        clearframe();
+        starfield2->draw();
+        dropface();
+        const orbit_s orbit = spaceorbit();
+        turnstars(orbit.ang);
+        setspacepose(orbit);
+        phonedraw();
+        if (fires("stopspacefly", 288))
+            return orbit;
+        system_crap();
+    }
+}
+
+void drawfinale() {
+    gravforce = std::sin(timeval) * 0.1f + 1.0f + beatssince(300.0f) * 0.02f;
+    starfield2->draw();
+    ballspring->draw();
+    if (past("textbox", 300))
+        textbox->draw();
+    phonedraw();
+}
+
+// The phone coasts on from `orbit` into rest. Runs until the viewer quits.
+void scene_finale(const orbit_s& orbit) {
+    usedepth();
+    spring_c<float> zepo_s(orbit.zepo, orbit.zepo + 10.0f, 0.1f, 0.94f);
+    zepo_s.vel = -0.9f;
+    spring_c<float> ang_s(orbit.ang, orbit.ang, 0.01f, 0.94f);
+    ang_s.vel = 0.02f;
+    sf_zchange = 0.1f;
+    for (;;) {
+        clearframe();
+        zepo_s.iterate(frameskip);
+        ang_s.iterate(frameskip);
+        turnstars(ang_s.pos);
+        setspacepose({ang_s.pos, zepo_s.pos});
+        drawfinale();
+        system_crap();
+    }
+}
+
+// ---- set-up ----
+
+void event_cb(SDL_Event* event) {
+    const bool quitkey = event->type == SDL_KEYDOWN && event->key.keysym.sym == SDLK_q;
+    if (!quitkey && event->type != SDL_QUIT)
+        return;
+    SDL_Quit();
+    exit(1);
+}
+
+// Each effect that has loaded is presented, so that the window stays alive.
+void loadeffects() {
+    for (const effectentry_s& entry : effectlist) {
+        if (&entry != effectlist)
+            system_crap_pre();
+        entry.effect->initgl();
+    }
+}
+
+// Builds the first state of both effects before the music starts; never shown.
+void warmup() {
+    phonescreentex = screenshottex.textureid;
+    drawinto(orange_fbo, {starfield, flyphone});
+}
+
+void loadpictures() {
+    whiteback.load("gfx/whiteback.jpg", TEX_RGB | TEX_REPEAT);
+    callscreentex.load("gfx/callscreen2.jpg", TEX_RGB);
+    woodstex.load("gfx/woods.jpg", TEX_RGB);
+}
+
+} // namespace
+
 void demo_config() {
     config_stencilsize = 8;
 }
 
-void demo_init() {}
+void demo_init() {
+    orange->init();
+    orangetexgen->init();
+    song_file = "tarvisk.ogg";
+    beat_first = 0.128f;
+    beat_last = 5.207f;
+    beat_lastnum = 8.0f;
+}
 
 void demo_initgl() {
+    loadeffects();
+    orangetex_fbo = new fbo_c(128, 128, 0);
+    orange_fbo = new fbo_c(512, 256, 0);
+    scrollertex_fbo = new fbo_c(512, 64, FBO_CLAMP);
+    set_event_callback(event_cb);
     screenshottex.fromsurface(screenshot_surface);
+    warmup();
 }
 
 void demo_run() {
-    for (;;)
-        system_crap();
+    loadpictures();
+    scene_phone();
+    scene_credits();
+    scene_gear();
+    scene_ripples();
+    scene_dode();
+    scene_rocket();
+    scene_face();
+    const orbit_s orbit = scene_spacefly();
+    scene_finale(orbit);
 }
