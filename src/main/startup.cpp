@@ -116,7 +116,7 @@ void stopmusic() {
     Mix_FreeMusic(music);
 }
 
-int start_show(int argc, char** argv) {
+void load_show(int argc, char** argv) {
     demo_config();
     read_arguments(argc, argv);
     take_screenshot();
@@ -133,6 +133,10 @@ int start_show(int argc, char** argv) {
     startmusic();
     time_init();
     realstartmusic();
+}
+
+int start_show(int argc, char** argv) {
+    load_show(argc, argv);
     demo_run();
     SDL_Quit();
     return 0;

@@ -32,6 +32,10 @@ void realstartmusic();
 // Stops and frees the music. For directors; nothing here calls it.
 void stopmusic();
 
-// The whole show: start-up in its order, then the director's timeline, which does not return.
-// The result is the exit status.
+// Start-up in its order, up to the moment that the clock and the music start: window, captured
+// desktop, all loading, song.
+void load_show(int argc, char** argv);
+
+// The whole show: start-up, then the director's timeline, which does not return. The result is
+// the exit status.
 int start_show(int argc, char** argv);

@@ -1,0 +1,31 @@
+#include "moment.h"
+
+#include "main/clock.h"
+#include "sync.h"
+
+#include <cstdlib>
+
+moment_s moment_parse(const std::string& text) {
+    char* end = nullptr;
+    const double value = strtod(text.c_str(), &end);
+    const std::string unit = end;
+    const bool number = end != text.c_str();
+    if (number && unit.empty())
+        return {moment_s::beats, value, text};
+    if (number && unit == "s")
+        return {moment_s::seconds, value, text};
+    return {moment_s::event, 0.0, text};
+}
+
+bool moment_reached(const moment_s& moment) {
+    switch (moment.kind) {
+    case moment_s::beats:
+        return beatgrid >= static_cast<float>(moment.value);
+    case moment_s::seconds:
+        return timeval >= static_cast<float>(moment.value);
+    default: {
+        auto found = events.find(moment.name);
+        return found != events.end() && beatgrid >= found->second->beatnum;
+    }
+    }
+}

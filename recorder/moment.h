@@ -1,0 +1,17 @@
+// Moments of the show as people name them: beats, seconds or events.
+#pragma once
+
+#include <string>
+
+struct moment_s {
+    enum kind_t { beats, seconds, event };
+    kind_t kind = beats;
+    double value = 0.0; // beats or seconds
+    std::string name;   // as it was given; of an event, its name
+};
+
+// "130" is a beat, "82.5s" a time, anything else the name of an event.
+moment_s moment_parse(const std::string& text);
+
+// Whether the show's clock has come to it. An event that is not registered yet is still to come.
+bool moment_reached(const moment_s& moment);
