@@ -151,12 +151,14 @@ class Builder:
         self.mesh = Mesh()
 
     def planar(self, positions, normals, back):
+        """Texture straight from the front or the back; walls take theirs from just inside their outline."""
         mid = np.mean(positions, axis=0)
         if back:
             name = "back"
         else:
             name = front_chart(mid[1]) or ("rim0" if mid[0] < 0 else "rim1")
-        uvs = [CHARTS[name].uv(down(p[1]), -p[0] if back else p[0]) for p in positions]
+        pulled = [np.subtract(p, n * (0.25 if abs(n[2]) < 0.5 and p[2] < -3.5 else 0)) for p, n in zip(positions, normals)]
+        uvs = [CHARTS[name].uv(down(p[1]), -p[0] if back else p[0]) for p in pulled]
         self.mesh.triangle(positions, uvs, normals)
 
     def planar_quad(self, positions, normals, back):
