@@ -489,8 +489,41 @@ def near_the_way(lot):
     return allowed_height(*lot) >= CEILING and allowed_height(*inset(lot, -34)) < 300
 
 
+def stand_back(lot):
+    """The largest part of a lot, cut off along one side, that may carry a tower; or None."""
+    best, most = None, 0.0
+    for side in range(4):
+        part = list(lot)
+        while min(part[2] - part[0], part[3] - part[1]) > 16:
+            if allowed_height(*part) >= CEILING:
+                area = (part[2] - part[0]) * (part[3] - part[1])
+                if area > most:
+                    best, most = tuple(part), area
+                break
+            part[side] += 2 if side < 2 else -2
+    return best
+
+
+def tower_behind(builder, lot, part, styles):
+    """A low front on the street and a tower at the back of the lot, as near the camera as may be."""
+    rng = builder.rng
+    low = max(24, min(rng.uniform(40, 130), allowed_height(*lot) - 34) // atlas.MODULE * atlas.MODULE)
+    skin = Skin(rng, rng.choice(styles))
+    points, tower = rectangle(*lot), rectangle(*part)
+    builder.prism(points, 0, points, low, skin)
+    builder.roof(points, low, any_roof(rng), skin.jump)
+    height = rng.uniform(300, 420) // atlas.MODULE * atlas.MODULE
+    builder.prism(tower, low, tower, height, skin, round(low / atlas.MODULE))
+    builder.roof(tower, height, rng.choice(("helipad", "plant")), skin.jump)
+    furnish_roof(builder, part, height, False)
+
+
 def build_lot(builder, lot, styles):
     rng = builder.rng
+    part = stand_back(lot)
+    if part not in (None, lot) and rng.random() < 0.5:
+        tower_behind(builder, lot, part, styles)
+        return
     x, z = (lot[0] + lot[2]) / 2, (lot[1] + lot[3]) / 2
     height = skyline(x, z) * rng.uniform(0.62, 1.25)
     if near_the_way(lot) and rng.random() < 0.4:
@@ -523,7 +556,7 @@ def build_block(builder, column, row):
         landmark(builder, hole, height)
         pieces = around(site, hole)
     for piece in pieces:
-        for lot in split(builder.rng, piece, 39):
+        for lot in split(builder.rng, piece, 40):
             build_lot(builder, lot, DISTRICTS[PLAN[row][column]])
 
 

@@ -6,8 +6,8 @@ import numpy as np
 from PIL import Image
 
 SIZE, OVERSAMPLE, TEETH = 512, 4, 24
-STEEL = np.array((0.80, 0.79, 0.77))
-DARK_STEEL = np.array((0.40, 0.42, 0.44))
+STEEL = np.array((0.84, 0.83, 0.81))
+DARK_STEEL = np.array((0.44, 0.46, 0.48))
 BRASS = np.array((0.88, 0.62, 0.28))
 TIP, ROOT, RIM, WEB, HUB, BORE = 0.975, 0.845, 0.70, 0.34, 0.25, 0.125
 BOLTS, POCKETS = 6, 6
@@ -27,7 +27,7 @@ def fold(angle, count):
 def teeth(r, angle):
     """Distance outwards of the toothed edge, flanks leaning as an involute's do."""
     lean = np.abs(fold(angle, TEETH)) * r
-    half = 0.066 - 0.36 * (r - ROOT) - 0.9 * np.maximum(r - 0.90, 0) ** 2
+    half = 0.061 - 0.44 * (r - 0.91) - 0.8 * np.maximum(r - 0.91, 0) ** 2
     flank = np.maximum(lean - half, r - TIP)
     return np.minimum(r - ROOT, flank * 0.93)
 
@@ -61,16 +61,14 @@ def shape(n):
     height -= 0.022 * smooth(0.006, -0.006, groove)
     dish = np.maximum(r - RIM + 0.012, HUB + 0.03 - r)
     height -= 0.055 * smooth(0.016, -0.016, dish)
-    lip = np.abs(window) - 0.0
+    rib = np.abs(fold(angle, POCKETS)) * r - 0.014
+    height += 0.018 * smooth(0.014, -0.004, rib) * smooth(0.02, -0.02, dish + 0.03)
     height -= 0.016 * np.clip(1 - np.maximum(window, 0) / 0.014, 0, 1)
     height += 0.05 * smooth(0.010, -0.010, r - HUB)
     height -= 0.020 * np.clip(1 - np.maximum(bore, 0) / 0.018, 0, 1)
     collar = np.abs(r - 0.165) - 0.022
     height += 0.012 * smooth(0.004, -0.004, collar)
 
-    spoke = fold(angle, BOLTS)
-    bx, by = r * np.cos(spoke) - 0.735, r * np.sin(spoke)
-    small = np.hypot(r * np.cos(fold(angle, BOLTS * 2)) - 0.735, r * np.sin(fold(angle, BOLTS * 2)))
     dot = np.hypot(r * np.cos(fold(angle, TEETH)) - 0.815, r * np.sin(fold(angle, TEETH)))
     height -= 0.010 * smooth(0.011, 0.006, dot)
     hx, hy = r * np.cos(fold(angle, BOLTS)) - 0.205, r * np.sin(fold(angle, BOLTS))
@@ -80,7 +78,7 @@ def shape(n):
     height = np.where(head < 0, 0.125 + bevel(head, 0.007, 0.012), height)
     socket = np.max([np.abs(hx * np.cos(t) + hy * np.sin(t)) for t in np.arange(3) * np.pi / 3], axis=0) - 0.0135
     height = np.where(socket < 0, 0.10, height)
-    material = np.where((head < 0.008), 1, np.where(np.abs(collar) < 9, 0, 0))
+    material = np.where(head < 0.008, 1, 0)
     material = np.where((r < 0.187), 2, material)
     material = np.where((dish < 0) & (head > 0.008), 3, material)
     outline = np.max([edge, -window, -bore], axis=0)
@@ -104,7 +102,7 @@ def occlusion(height, solid, n):
 
 def rings_of_light(tilt):
     """What polished metal shows at a tilt (0 faces the eye, 1 stands on edge)."""
-    return (0.50 + 0.62 * np.exp(-((tilt - 0.42) / 0.16) ** 2) - 0.22 * np.exp(-((tilt - 0.14) / 0.07) ** 2)
+    return (0.60 + 0.60 * np.exp(-((tilt - 0.42) / 0.16) ** 2) - 0.22 * np.exp(-((tilt - 0.14) / 0.07) ** 2)
             + 0.30 * np.exp(-((tilt - 0.80) / 0.10) ** 2) - 0.30 * smooth(0.86, 1.0, tilt))
 
 

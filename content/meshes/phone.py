@@ -84,7 +84,9 @@ def rounded_outline(half_x, half_y, corner, steps, stops=()):
             for y in sorted((s for s in stops), reverse=True):
                 points.append((-half_x, y))
                 normals.append((-1.0, 0.0))
-    return np.array(points), np.array(normals).round(12)
+    points = np.array(points)
+    apart = np.linalg.norm(points - np.roll(points, 1, axis=0), axis=1) > 1e-6  # where the straights have no length
+    return points[apart], np.array(normals).round(12)[apart]
 
 
 def body_outline():
@@ -237,11 +239,13 @@ def add_back(builder, outline):
         builder.planar([ring[(i + 1) % len(ring)], ring[i], centre], down_normal, True)
 
 
-def add_raised(builder, points, normals, rings, back_z=True):
+def add_raised(builder, points, normals, rings):
     """A closed lump on the back: rings of (inset, z, normal out, normal z), the first one buried."""
     for i in range(len(points)):
         j = (i + 1) % len(points)
         for a, b in zip(rings, rings[1:]):
+            if a[:2] == b[:2]:  # a crease
+                continue
             corners = [ring_vertex(points[k], normals[k], r) for k, r in ((i, a), (i, b), (j, b), (j, a))]
             builder.planar_quad([c[0] for c in corners], [c[1] for c in corners], True)
     for ring, up in ((rings[0], 1.0), (rings[-1], -1.0)):
@@ -257,7 +261,7 @@ def add_camera(builder):
     bevel = [(0.7 - 0.7 * math.cos(t), -4.8 + 0.7 * math.sin(t), math.cos(t), math.sin(t)) for t in arc(0, -90, 4)]
     add_raised(builder, points + (ISLAND["x"], ISLAND["y"]), normals, [(0, -3.6, 1, 0)] + bevel)
     for x, y in LENSES:
-        points, normals = rounded_outline(LENS_RADIUS, LENS_RADIUS, LENS_RADIUS - 1e-3, 6)
+        points, normals = rounded_outline(LENS_RADIUS, LENS_RADIUS, LENS_RADIUS, 6)
         rim = [(0.45 - 0.45 * math.cos(t), -5.95 + 0.45 * math.sin(t), math.cos(t), math.sin(t))
                for t in arc(0, -90, 3)]
         inner = [(0.75, -6.4, 0, -1), (0.75, -6.4, -0.8, -0.6), (1.2, -6.0, -0.8, -0.6), (1.2, -6.0, 0, -1)]
@@ -273,7 +277,7 @@ def add_button(builder, y, half_length):
     def run(p):
         return float(p[1] - CENTRE_Y), float(lengths[straight] + frame[straight][1] - p[2])
 
-    points, normals = rounded_outline(half_length, BUTTON_HALF_Z, BUTTON_HALF_Z - 1e-3, 4)
+    points, normals = rounded_outline(half_length, BUTTON_HALF_Z, BUTTON_HALF_Z, 4)
     rings = [(0, -0.4, 1, 0)]
     rings += [(0.35 - 0.35 * math.cos(t), 0.35 + 0.35 * math.sin(t), math.cos(t), math.sin(t)) for t in arc(0, 90, 3)]
 
