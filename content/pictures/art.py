@@ -101,6 +101,10 @@ def grain(picture, amount, seed):
     return numpy.clip(picture + amount * noise[..., None], 0, 1)
 
 
+def resized(channel, width, height):
+    return numpy.asarray(Image.fromarray(numpy.asarray(channel, numpy.float32), "F").resize((width, height), Image.LANCZOS))
+
+
 def eightbit(picture):
     return (numpy.clip(picture, 0, 1) * 255 + 0.5).astype(numpy.uint8)
 

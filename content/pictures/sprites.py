@@ -1,0 +1,197 @@
+"""The small ones: heart, letters, roses, glyphs, the ball's bead, the ribbon's stand-in."""
+
+import numpy
+from PIL import Image, ImageDraw
+
+import art
+import studio
+
+# The order of the glyph sheet: 32 cells to a row, blanks and the diaeresis empty.
+GLYPHS = ("@abcdefghijklmnopqrstuvwxyz[$]^^ " + "".join(map(chr, range(0x21, 0x40))) + "-"
+          + "ABCDEFGHIJKLMNOPQRSTUVWXYZ" + "+ |  \u00a8")
+EMPTY = " \u00a8"
+CELL = (24, 96)
+
+
+def sprite(colour, alpha):
+    """Colour runs a little past the edge of what is seen, and is zero where nothing is."""
+    return numpy.dstack([colour * (alpha > 0)[..., None], alpha])
+
+
+def glyph(letter, scale=8):
+    """Coverage of one cell: the face stretched upwards, wide letters squeezed, rims kept free."""
+    width, height = CELL[0] * scale, CELL[1] * scale
+    sheet = Image.new("L", (width * 6, height), 0)
+    type_ = art.face("bold", int(height * 0.86))
+    ImageDraw.Draw(sheet).text((width * 3, height * 0.775), letter, font=type_, fill=255, anchor="ms")
+    box = sheet.getbbox()
+    ink = sheet.crop((box[0], 0, box[2], height))
+    widest = (CELL[0] - 4.5) * scale
+    stretch = min(0.74 if letter in "iIl.,:;'!|" else 0.80, widest / ink.width)
+    ink = ink.resize((max(1, round(ink.width * stretch)), height), Image.LANCZOS)
+    cell = Image.new("L", (width, height), 0)
+    cell.paste(ink, ((width - ink.width) // 2, 0))
+    small = cell.resize(CELL, Image.BOX)
+    coverage = numpy.asarray(small, dtype=float) / 255
+    coverage[:3], coverage[-3:], coverage[:, :1], coverage[:, -2:] = 0, 0, 0, 0
+    return numpy.where(coverage < 0.03, 0, coverage)
+
+
+def chargen():
+    """The ribbon shows blue, red, green as red, green, blue; the text box shows red alone."""
+    sheet = numpy.zeros((4 * CELL[1], 32 * CELL[0]))
+    for number, letter in enumerate(GLYPHS):
+        if letter not in EMPTY:
+            row, column = divmod(number, 32)
+            sheet[row * CELL[1]:(row + 1) * CELL[1], column * CELL[0]:(column + 1) * CELL[0]] = glyph(letter)
+    down = numpy.tile((numpy.arange(CELL[1]) + 0.5) / CELL[1], 4)[:, None]
+    fall = art.smooth(0.12, 0.80, down) + 0 * sheet
+    band = numpy.exp(-((down - 0.47) / 0.018) ** 2) + 0 * sheet
+    fill = art.mix((0.82, 0.90, 0.62), (0.46, 0.10, 0.60), fall)
+    fill = art.mix(fill, (0.30, 0.05, 0.50), 0.55 * band)
+    art.save(sprite(fill * sheet[..., None] ** 0.35, sheet), "chargen.png")
+
+
+def scroller():
+    ink = art.text(512, 64, "bold", 60, "VXQ  ·  TARVISK  ·  VXQ", (256, 33), 6)
+    art.save(sprite(numpy.zeros((64, 512, 3)) + art.WINDOW, ink), "scroller.png")
+
+
+def gone():
+    """Four letters in cells 0.262 wide from 0.01 on; the last cell reaches past the edge, its letter does not."""
+    width, height, scale = 256, 64, 4
+    ink = numpy.zeros((height, width))
+    for number, letter in enumerate("GONE"):
+        sheet = Image.new("L", (width * scale, height * scale), 0)
+        type_ = art.face("bold", int(height * scale * 1.08))
+        centre = (0.01 + 0.262 * (number + 0.5)) * width
+        ImageDraw.Draw(sheet).text((centre * scale, height * scale * 0.86), letter, font=type_, fill=255, anchor="ms")
+        ink = numpy.maximum(ink, numpy.asarray(sheet.resize((width, height), Image.BOX), dtype=float) / 255)
+    ink[:, :2], ink[:, -3:], ink[:2], ink[-2:] = 0, 0, 0, 0
+    rim = numpy.clip(art.blur(ink, 1.8) * 2.6, 0, 1)
+    rim[:, :2], rim[:, -3:], rim[:1], rim[-1:] = 0, 0, 0, 0
+    rim = numpy.where(rim < 0.02, 0, rim)
+    down = (numpy.arange(height) + 0.5)[:, None] / height + 0 * ink
+    fill = art.mix((1.0, 1.0, 0.86), (1.0, 0.80, 0.46), art.smooth(0.2, 0.9, down))
+    art.save(sprite(art.mix((0.10, 0.02, 0.0), fill, ink), rim), "gone.png")
+
+
+def dot():
+    """A bead that fills its square as far as a ball can. gl_PointCoord runs down where textures run up,
+    so the light that shall come from above is painted below."""
+    x, y = art.grid(64, 64)
+    x, y = (x * 2 - 1) * 1.02, (y * 2 - 1) * 1.02
+    power = 2.7
+    r = (abs(x) ** power + abs(y) ** power) ** (1 / power)
+    z = numpy.sqrt(numpy.clip(1 - numpy.clip(r, 0, 1) ** 2, 0, 1))
+    light = numpy.array((-0.42, 0.52, 0.745))
+    diffuse = numpy.clip(x * light[0] + y * light[1] + z * light[2], 0, 1)
+    rim = numpy.exp(-((r - 0.93) / 0.07) ** 2) * art.smooth(0.2, -0.7, x * light[0] + y * light[1])
+    shine = numpy.exp(-((x + 0.34) ** 2 + (y - 0.42) ** 2) * 22)
+    value = 0.16 + 0.84 * diffuse ** 0.85 + 0.20 * rim + 0.5 * shine
+    value = value * art.smooth(1.0, 0.93, r)
+    warm = numpy.dstack([value, value * (0.92 + 0.08 * shine), value * (0.75 + 0.25 * shine)])
+    art.save(sprite(warm, art.smooth(1.0, 0.95, r)), "dot.png")
+
+
+def petal(canvas, alpha, centre, half, turn, colours, x, y):
+    dx, dy = x - centre[0], y - centre[1]
+    c, s = numpy.cos(turn), numpy.sin(turn)
+    along, across = (dx * c + dy * s) / half[0], (-dx * s + dy * c) / half[1]
+    r = numpy.hypot(along, across)
+    inside = art.smooth(1.06, 0.94, r)
+    shade = numpy.clip(0.25 + 0.75 * (along * 0.5 + 0.5), 0, 1) ** 1.4
+    lip = numpy.exp(-((r - 0.88) / 0.10) ** 2) * art.smooth(0.0, 0.6, along)
+    tint = art.mix(art.mix(colours[0], colours[1], shade), colours[2], 0.8 * lip)
+    return art.mix(canvas, tint, inside), numpy.maximum(alpha, inside)
+
+
+def bloom(canvas, alpha, at, size, turn, x, y, random):
+    """A rose from outside inwards: rings of petals, each over the one before."""
+    for ring, (reach, half, count) in enumerate(((0.62, 0.52, 6), (0.48, 0.46, 5), (0.34, 0.38, 5), (0.20, 0.30, 4), (0.09, 0.20, 3), (0.03, 0.11, 2))):
+        for number in range(count):
+            a = turn + ring * 0.7 + 2 * numpy.pi * number / count + random.uniform(-0.15, 0.15)
+            centre = at[0] + reach * size * numpy.cos(a), at[1] + reach * size * numpy.sin(a)
+            light = 0.75 + 0.35 * (-0.5 * numpy.cos(a) - 0.6 * numpy.sin(a))
+            colours = [numpy.array(c) * light for c in ((0.20, 0.0, 0.015), (0.74, 0.03, 0.06), (1.0, 0.42, 0.30))]
+            canvas, alpha = petal(canvas, alpha, centre, (half * size, half * size * 1.15), a, colours, x, y)
+    return canvas, alpha
+
+
+def leaf(canvas, alpha, at, size, turn, x, y):
+    dx, dy = x - at[0], y - at[1]
+    c, s = numpy.cos(turn), numpy.sin(turn)
+    along, across = (dx * c + dy * s) / size, (-dx * s + dy * c) / size
+    wide = 0.42 * numpy.sin(numpy.pi * numpy.clip(along, 0, 1)) ** 0.8
+    inside = art.smooth(0.03, -0.03, abs(across) - wide) * (along > 0) * (along < 1)
+    vein = numpy.exp(-(across / 0.035) ** 2) + 0.5 * numpy.exp(-((abs(across) * 1.2 - along * 1.0) % 0.22 / 0.03) ** 2)
+    tint = art.mix((0.03, 0.16, 0.07), (0.257, 0.596, 0.31), numpy.clip(0.5 + across * 1.6, 0, 1))
+    tint = art.mix(tint, (0.60, 0.85, 0.45), 0.5 * numpy.clip(vein, 0, 1))
+    return art.mix(canvas, tint, inside), numpy.maximum(alpha, inside)
+
+
+def roses():
+    """Two garlands, along the upper and the lower rim; shown 1.75 times as wide as painted. Tiles sideways."""
+    width, height, scale = 256, 64, 4
+    x, y = numpy.meshgrid((numpy.arange(width * scale) + 0.5) / scale * 1.75, (numpy.arange(height * scale) + 0.5) / scale)
+    period = width * 1.75
+    canvas, alpha = numpy.zeros(x.shape + (3,)), numpy.zeros(x.shape)
+    random = numpy.random.default_rng(12)
+    lines = ((11.0, 1.0, 0.0), (53.0, -1.0, period / 8))
+    for rim, inwards, shift in lines:
+        vine = rim + inwards * 4.0 * numpy.sin((x - shift) / period * 2 * numpy.pi * 4)
+        stem = art.smooth(1.5, 0.7, abs(y - vine))
+        canvas, alpha = art.mix(canvas, (0.10, 0.26, 0.10), stem), numpy.maximum(alpha, stem)
+    items = []
+    for rim, inwards, shift in lines:
+        for number in range(4):
+            centre = (number + 0.5) * period / 4 + shift
+            items.append(("bloom", centre, rim + inwards * 0.5, random.uniform(10.2, 11.2), random.uniform(0, 6)))
+            for away in (-1, 1):
+                for reach, lift in ((9, 0.35), (20, -0.35), (30, 0.4)):
+                    turn = (0 if away > 0 else numpy.pi) + lift * inwards * away + random.uniform(-0.2, 0.2)
+                    items.append(("leaf", centre + away * reach, rim + inwards * random.uniform(-1, 2), random.uniform(13, 17), turn))
+    for kind, cx, cy, size, turn in sorted(items, key=lambda item: item[0] != "leaf"):
+        state = random.bit_generator.state
+        for wrap in (-period, 0, period):
+            if -40 < cx + wrap < period + 40:
+                random.bit_generator.state = state
+                if kind == "leaf":
+                    canvas, alpha = leaf(canvas, alpha, (cx + wrap, cy), size, turn, x, y)
+                else:
+                    canvas, alpha = bloom(canvas, alpha, (cx + wrap, cy), size, turn, x, y, random)
+    alpha = alpha.reshape(height, scale, width, scale).mean((1, 3))
+    weighted = (canvas * 1.0).reshape(height, scale, width, scale, 3).mean((1, 3))
+    colour = numpy.clip(weighted / numpy.maximum(alpha, 0.02)[..., None], 0, 1)
+    alpha = numpy.where(alpha < 0.02, 0, alpha)
+    alpha[0], alpha[-1] = 0, 0
+    art.save(sprite(colour, alpha), "roses.png")
+
+
+def heartscene():
+    import bpy
+    bpy.context.scene.render.film_transparent = True
+    flesh = studio.matter("flesh", (0.70, 0.012, 0.020), 0.16, Specular=0.6, Clearcoat=1.0, Clearcoat_Roughness=0.04,
+                          Subsurface=0.15, Subsurface_Radius=(0.25, 0.03, 0.02), Subsurface_Color=(1.0, 0.05, 0.02, 1))
+    studio.mesh("heart", *studio.sculpt("heart", 0.015), flesh)
+    studio.camera((0.0, -0.02, 7.0), (0.0, -0.02, 0), 100)
+    studio.lamp((-2.5, 3.0, 3.0), (0, 0.2, 0), (1.0, 0.85, 0.65), 170, 1.2)
+    studio.lamp((3.0, 1.0, 0.6), (0, 0, 0), (1.0, 0.40, 0.12), 110, 1.5)
+    studio.lamp((-2.0, -3.0, 1.0), (0, 0, 0), (0.10, 0.50, 0.75), 70, 1.5)
+    studio.sky((0.25, 0.12, 0.08), 0.6)
+
+
+def heart():
+    size = 128
+    light = studio.shoot("sprites", "heartscene", size * 2, size * 2, 96)
+    alpha = numpy.clip(light[..., 3], 0, 1)
+    colour = art.film(light[..., :3], 1.0)
+    alpha, colour = (a.reshape(size, 2, size, 2, -1).mean((1, 3)) for a in (alpha, colour))
+    colour = numpy.clip(colour / numpy.maximum(alpha, 0.05) ** 0.5, 0, 1)
+    alpha = numpy.where(alpha < 0.02, 0, alpha)[..., 0]
+    art.save(sprite(colour, alpha), "heart.png")
+
+
+def make():
+    for part in (chargen, scroller, gone, dot, roses, heart):
+        part()
