@@ -13,7 +13,12 @@ from grid import BEAT0, BEAT, RATE, LENGTH, seconds
 TARGET = -14.0  # LUFS, integrated
 CEILING = -1.8  # dBTP before encoding; the codec adds a little
 QUALITY = "6"
-FADERS = {}  # dB by stem
+DRIVE = 0.8  # how far the mix goes into the soft clipper before the limiter
+FADERS = {"bass": -1.0, "pads": 0.0, "keys": 0.0, "lead": 1.0, "perc": 0.0}  # dB by stem
+DUCK = {"bass": 5.0, "pads": 5.0, "keys": 3.0, "fx": 2.0, "lead": 1.0}  # dB by which a full kick pushes the stem down
+DUCKERS = {"kick", "hit"}
+AIR = 2.5  # dB above some 6 kHz
+DUCK_RETURN = 0.16  # seconds
 
 
 def db(x):
@@ -29,6 +34,34 @@ def load(path):
     out = np.zeros((n, 2))
     out[: min(n, len(data))] = data[:n]
     return out
+
+
+def ducking(notes):
+    """0 at rest to 1 at a kick, for every sample: what the kicks push away."""
+    depth = np.zeros(int(round(LENGTH * RATE)))
+    shape = np.concatenate([np.linspace(0, 1, int(0.004 * RATE)),
+                            np.exp(-np.arange(int(0.6 * RATE)) / (DUCK_RETURN * RATE))])
+    for instrument, beat, _, _, vel, *_ in notes:
+        if instrument in DUCKERS:
+            at = max(0, int((seconds(beat) - 0.004) * RATE))
+            span = depth[at: at + len(shape)]
+            np.maximum(span, min(1.0, vel) * shape[: len(span)], out=span)
+    return depth
+
+
+def fader(stem, rides):
+    """Gain curve of a stem over the song, as a factor for every sample."""
+    points = sorted(rides.get(stem, [(0, 0)]))
+    at = [seconds(beat) * RATE for beat, _ in points]
+    moves = np.interp(np.arange(int(round(LENGTH * RATE))), at, [level for _, level in points])
+    return db(moves + FADERS.get(stem, 0))
+
+
+def equalise(x):
+    """Rumble out, a little air in."""
+    x = signal.sosfilt(signal.butter(2, 27, "high", fs=RATE, output="sos"), x, axis=0)
+    air = signal.sosfilt(signal.butter(1, 5500, "high", fs=RATE, output="sos"), x, axis=0)
+    return x + air * (db(AIR) - 1)
 
 
 def mono_low(x, hz=130):
@@ -89,21 +122,28 @@ def fades(x):
     return x
 
 
-def produce(waves, notes, out, first, last, step):
-    mix = sum(load(path) * db(FADERS.get(stem, 0)) for stem, path in waves.items())
-    mix = mono_low(mix)
-    step(f"mix: {len(waves)} stems")
+def mixed(waves, part):
+    """All stems together, at their faders, out of the kick's way."""
+    depth = ducking(part.notes)
+    out = 0
+    for stem, path in waves.items():
+        curve = fader(stem, part.rides) * db(-depth * DUCK.get(stem, 0))
+        out = out + load(path) * curve[:, None]
+    return out
+
+
+def mastered(mix):
+    mix = mono_low(equalise(mix))
     gain = TARGET - loudness(mix)
     for _ in range(3):
-        done = limit(np.tanh(mix * db(gain) * 0.8) / 0.8, CEILING)
+        done = limit(np.tanh(mix * db(gain) * DRIVE) / DRIVE, CEILING)
         gain += TARGET - loudness(done)
-    done = fades(done)
-    step(f"master: {loudness(done):.2f} LUFS, gain {gain:+.1f} dB")
-    if first is not None or last is not None:
-        done = done[int(seconds(first or 0) * RATE): int(seconds(last) * RATE) if last is not None else None]
-    wave = out if out.endswith(".wav") else os.path.join(os.path.dirname(list(waves.values())[0]), "tarvisk.wav")
-    wavfile.write(wave, RATE, done.astype(np.float32))
-    if out.endswith(".ogg"):
+    return fades(done)
+
+
+def save(sound, out, work):
+    wave = out if out.endswith(".wav") else os.path.join(work, "tarvisk.wav")
+    wavfile.write(wave, RATE, sound.astype(np.float32))
+    if wave != out:
         subprocess.run(["oggenc", "--quiet", "-q", QUALITY, "--serial", "1", "-a", "VXQ", "-t", "tarvisk",
                         "-o", out, wave], check=True, stderr=subprocess.DEVNULL)
-    step(f"wrote {os.path.relpath(out)}")

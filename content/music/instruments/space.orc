@@ -1,4 +1,4 @@
-; Last instrument of every stem: the room and the echo that the others send to.
+; Last instrument of every stem: the room and the dotted echo that the others send to.
 instr space
   aDL delayr $BEAT * 1.5
   aTapL deltap $BEAT * 0.75
@@ -10,11 +10,9 @@ instr space
   aER tone aTapR, 5200
   aEL buthp aEL, 220
   aER buthp aER, 220
-  aInL = gaRevL + aEL * 0.2
-  aInR = gaRevR + aER * 0.2
-  aInL buthp aInL, 160
-  aInR buthp aInR, 160
-  aRL, aRR reverbsc aInL, aInR, 0.86, 9000
+  aInL buthp gaRevL + aEL * 0.2, 170
+  aInR buthp gaRevR + aER * 0.2, 170
+  aRL, aRR reverbsc aInL, aInR, 0.85, 8500
   outs aRL + aEL, aRR + aER
   clear gaRevL, gaRevR, gaDelL, gaDelR
 endin
