@@ -88,14 +88,21 @@ void save_screenshot(char* filename) {
     SDL_FreeSurface(shot);
 }
 
-void screenshot_blur(int frame, int framecount) {
+SDL_Surface* blurredframe(int frame, int framecount) {
     const int seq = frame % framecount;
     shots[seq] = get_screenshot();
     if (seq != framecount - 1)
-        return;
+        return nullptr;
     SDL_Surface* average = averageshots(framecount);
     for (int i = 0; i < framecount; ++i)
         SDL_FreeSurface(shots[i]);
+    return average;
+}
+
+void screenshot_blur(int frame, int framecount) {
+    SDL_Surface* average = blurredframe(frame, framecount);
+    if (!average)
+        return;
     char filename[32];
     snprintf(filename, sizeof filename, "ss%08i.bmp", frame / framecount);
     savebmp(average, filename);

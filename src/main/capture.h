@@ -19,6 +19,10 @@ SDL_Surface* get_screenshot();
 void save_screenshot(char* filename);
 
 // Collects the current framebuffer as sub-frame `frame` of groups of framecount (1 to 4); on the
-// last of a group writes their average as "ss%08i.bmp", numbered frame / framecount, into the
-// working directory. Call with consecutive frames: a slot that is filled twice leaks.
+// last of a group returns their average, which the caller frees, and null before. Call with
+// consecutive frames: a slot that is filled twice leaks.
+SDL_Surface* blurredframe(int frame, int framecount);
+
+// The same, with the average written as "ss%08i.bmp", numbered frame / framecount, into the working
+// directory.
 void screenshot_blur(int frame, int framecount);

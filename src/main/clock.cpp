@@ -160,6 +160,10 @@ float beatgrid_calc(float t) {
     return (t - beat_first) * (beat_lastnum / (beat_last - beat_first));
 }
 
+float beatgrid_seconds(float beats) {
+    return beat_first + beats * ((beat_last - beat_first) / beat_lastnum);
+}
+
 void set_event_callback(event_callback_t cb) {
     if (cb_count < maxeventcallbacks)
         event_callbacks[cb_count++] = cb;

@@ -49,6 +49,9 @@ void vxqtimersub(const vxqtime_t* a, const vxqtime_t* b, vxqtime_t* result);
 // Seconds of demo time t in beats.
 float beatgrid_calc(float t);
 
+// Demo time in seconds of a beat: the way back from beatgrid_calc.
+float beatgrid_seconds(float beats);
+
 // Adds a hook that system_crap calls with every event. At most 10; more are ignored.
 void set_event_callback(event_callback_t cb);
 

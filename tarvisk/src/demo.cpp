@@ -356,6 +356,8 @@ struct orbit_s {
     float zepo; // distance along the phone's own way, model units
 };
 
+orbit_s orbit; // where scene 9 takes the phone over
+
 void setspacepose(const orbit_s& orbit) {
     resetphone();
     rotatephone(orbit.ang, yaxis);
@@ -384,19 +386,18 @@ orbit_s spaceorbit() {
     return {std::sqrt(beatssince(279.0f) / 9.0f) * 117.0f, 300.0f - 50.0f * (beatgrid - 273.0f)};
 }
 
-// Returns where the phone was last.
-orbit_s scene_spacefly() {
+void scene_spacefly() {
     widelens();
     for (;;) {
         clearframe();
         starfield2->draw();
         dropface();
-        const orbit_s orbit = spaceorbit();
+        orbit = spaceorbit();
         turnstars(orbit.ang);
         setspacepose(orbit);
         phonedraw();
         if (fires("stopspacefly", 288))
-            return orbit;
+            return;
         system_crap();
     }
 }
@@ -410,8 +411,8 @@ void drawfinale() {
     phonedraw();
 }
 
-// The phone coasts on from `orbit` into rest. Runs until the viewer quits.
-void scene_finale(const orbit_s& orbit) {
+// The phone coasts on from where it was into rest. Runs until the viewer quits.
+void scene_finale() {
     usedepth();
     spring_c<float> zepo_s(orbit.zepo, orbit.zepo + 10.0f, 0.1f, 0.94f);
     zepo_s.vel = -0.9f;
@@ -462,6 +463,19 @@ void loadpictures() {
 
 } // namespace
 
+const scene_s demo_scenes[scenecount] = {
+    {"phone and desktop", scene_phone},
+    {"credits in the rock", scene_credits},
+    {"gear city", scene_gear},
+    {"ripples", scene_ripples},
+    {"jelly solid", scene_dode},
+    {"explosion", scene_rocket},
+    {"face", scene_face},
+    {"space flight", scene_spacefly},
+    {"finale", scene_finale},
+};
+const char* demo_scene = "";
+
 void demo_config() {
     config_stencilsize = 8;
 }
@@ -487,13 +501,8 @@ void demo_initgl() {
 
 void demo_run() {
     loadpictures();
-    scene_phone();
-    scene_credits();
-    scene_gear();
-    scene_ripples();
-    scene_dode();
-    scene_rocket();
-    scene_face();
-    const orbit_s orbit = scene_spacefly();
-    scene_finale(orbit);
+    for (const scene_s& scene : demo_scenes) {
+        demo_scene = scene.name;
+        scene.play();
+    }
 }

@@ -15,6 +15,17 @@ extern fbo_c* scrollertex_fbo;  // 512 x 64: text strip of the ribbon
 extern texture_c screenshottex; // the captured desktop
 extern bool die;                // ends the first scene; nothing sets it
 
+// The scenes in the order in which demo_run plays them, each until its own event.
+struct scene_s {
+    const char* name; // as the chapters of a recording show it
+    void (*play)();
+};
+constexpr int scenecount = 9;
+extern const scene_s demo_scenes[scenecount];
+
+// Name of the scene that plays; empty before the first.
+extern const char* demo_scene;
+
 // Before anything else: asks for a stencil buffer.
 void demo_config();
 
