@@ -1,6 +1,6 @@
 """credits.jpg: what is cut into the rock, 2048 x 1024; bright is cut deep.
 
-The view stops at four windows of 854 x 480, whose left top corners are below. The second and the
+The view stops at four windows of 854 x 480, that layout.py names. The second and the
 third overlap by 604 pixels: the middle column stands in both, and each has a side column of its
 own. Where green and blue are cut but red is not, the rock keeps its red and looks like ember.
 """
@@ -8,10 +8,9 @@ own. Where green and blue are cut but red is not, the rock keeps its red and loo
 import numpy
 
 import art
+import layout
 
-WIDTH, HEIGHT = 2048, 1024
-WINDOWS = ((-140, -30), (700, 420), (450, 462), (1200, 20))
-WINDOW_SIZE = (854, 480)
+WIDTH, HEIGHT = layout.WALL
 
 # words, weight, size, centre, spacing, ember
 LINES = (

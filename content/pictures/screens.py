@@ -142,14 +142,14 @@ def soft(d, width=0.03):
 
 
 def handset(u, v):
-    """A bow with two ends."""
+    """A bow with two pads at its ends, held aslant."""
     a = 0.65
     x, y = u * numpy.cos(a) + v * numpy.sin(a), -u * numpy.sin(a) + v * numpy.cos(a)
-    r = numpy.hypot(x, y + 0.62)
-    bow = abs(r - 0.80) - 0.085
-    bow = numpy.where(y + 0.62 > 0.42, bow, 1)
-    ends = numpy.minimum(*[numpy.maximum(abs(x - s * 0.50) - 0.135, abs(y - 0.06) - 0.175) for s in (-1, 1)])
-    return soft(numpy.minimum(bow, ends - 0.03))
+    turn, reach = numpy.arctan2(x, y + 0.70), numpy.hypot(x, y + 0.70)
+    beyond = numpy.maximum(abs(turn) - 0.62, 0) * 0.85
+    bow = numpy.hypot(reach - 0.85, beyond) - 0.10
+    pads = [numpy.hypot(numpy.maximum(abs(x - s * 0.49) - 0.085, 0), numpy.maximum(abs(y + 0.10) - 0.14, 0)) - 0.065 for s in (-1, 1)]
+    return soft(numpy.minimum(bow, numpy.minimum(*pads)))
 
 
 def envelope(u, v):
@@ -204,9 +204,8 @@ def call():
     inner = numpy.hypot(*numpy.meshgrid(numpy.arange(264) - 131.5, numpy.arange(264) - 131.5))
     lens = lens * 0.95 + 0.03
     lay(canvas, numpy.clip(lens, 0, 1), art.smooth(131.5, 130, inner), middle[0] - 132, middle[1] - 132)
-    write(canvas, "VXQ", "bold", 118, (600, 140), art.WINDOW, 6)
-    write(canvas, "is calling, once again", "regular", 42, (600, 222), art.PALE, 1)
-    write(canvas, "0:01:44", "light", 30, (600, 266), (0.85, 0.85, 0.75), 2)
+    write(canvas, "VXQ", "bold", 118, (600, 152), art.WINDOW, 6)
+    write(canvas, "is calling, once again", "regular", 44, (600, 240), art.PALE, 1)
     pill(canvas, (506, 366), (84, 42), art.GREEN, handset, 0.0)
     pill(canvas, (694, 366), (84, 42), (0.78, 0.13, 0.05), handset, 2.2)
     write(canvas, "answer", "regular", 28, (506, 426), art.WINDOW, 1)

@@ -5,12 +5,7 @@ from PIL import Image, ImageDraw
 
 import art
 import studio
-
-# The order of the glyph sheet: 32 cells to a row, blanks and the diaeresis empty.
-GLYPHS = ("@abcdefghijklmnopqrstuvwxyz[$]^^ " + "".join(map(chr, range(0x21, 0x40))) + "-"
-          + "ABCDEFGHIJKLMNOPQRSTUVWXYZ" + "+ |  \u00a8")
-EMPTY = " \u00a8"
-CELL = (24, 96)
+from layout import CELL, EMPTY, GLYPHS, LETTER_WIDTH, LETTERS_FROM
 
 
 def sprite(colour, alpha):
@@ -58,13 +53,13 @@ def scroller():
 
 
 def gone():
-    """Four letters in cells 0.262 wide from 0.01 on; the last cell reaches past the edge, its letter does not."""
+    """Four letters in a row; the last cell reaches past the picture's edge, its letter does not."""
     width, height, scale = 256, 64, 4
     ink = numpy.zeros((height, width))
     for number, letter in enumerate("GONE"):
         sheet = Image.new("L", (width * scale, height * scale), 0)
         type_ = art.face("bold", int(height * scale * 1.08))
-        centre = (0.01 + 0.262 * (number + 0.5)) * width
+        centre = (LETTERS_FROM + LETTER_WIDTH * (number + 0.5)) * width
         ImageDraw.Draw(sheet).text((centre * scale, height * scale * 0.86), letter, font=type_, fill=255, anchor="ms")
         ink = numpy.maximum(ink, numpy.asarray(sheet.resize((width, height), Image.BOX), dtype=float) / 255)
     ink[:, :2], ink[:, -3:], ink[:2], ink[-2:] = 0, 0, 0, 0
@@ -80,8 +75,8 @@ def dot():
     """A bead that fills its square as far as a ball can. gl_PointCoord runs down where textures run up,
     so the light that shall come from above is painted below."""
     x, y = art.grid(64, 64)
-    x, y = (x * 2 - 1) * 1.02, (y * 2 - 1) * 1.02
-    power = 2.7
+    x, y = x * 2 - 1, y * 2 - 1
+    power = 3.0
     r = (abs(x) ** power + abs(y) ** power) ** (1 / power)
     z = numpy.sqrt(numpy.clip(1 - numpy.clip(r, 0, 1) ** 2, 0, 1))
     light = numpy.array((-0.42, 0.52, 0.745))
@@ -89,9 +84,9 @@ def dot():
     rim = numpy.exp(-((r - 0.93) / 0.07) ** 2) * art.smooth(0.2, -0.7, x * light[0] + y * light[1])
     shine = numpy.exp(-((x + 0.34) ** 2 + (y - 0.42) ** 2) * 22)
     value = 0.16 + 0.84 * diffuse ** 0.85 + 0.20 * rim + 0.5 * shine
-    value = value * art.smooth(1.0, 0.93, r)
+    value = value * art.smooth(1.01, 0.94, r)
     warm = numpy.dstack([value, value * (0.92 + 0.08 * shine), value * (0.75 + 0.25 * shine)])
-    art.save(sprite(warm, art.smooth(1.0, 0.95, r)), "dot.png")
+    art.save(sprite(warm, art.smooth(1.01, 0.97, r)), "dot.png")
 
 
 def petal(canvas, alpha, centre, half, turn, colours, x, y):
