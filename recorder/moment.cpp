@@ -17,15 +17,17 @@ moment_s moment_parse(const std::string& text) {
     return {moment_s::event, 0.0, text};
 }
 
-bool moment_reached(const moment_s& moment) {
+bool moment_reached(const moment_s& moment, float lead) {
+    const float seconds = timeval + lead;
+    const float beats = lead == 0.0f ? beatgrid : beatgrid_calc(seconds);
     switch (moment.kind) {
     case moment_s::beats:
-        return beatgrid >= static_cast<float>(moment.value);
+        return beats >= static_cast<float>(moment.value);
     case moment_s::seconds:
-        return timeval >= static_cast<float>(moment.value);
+        return seconds >= static_cast<float>(moment.value);
     default: {
         auto found = events.find(moment.name);
-        return found != events.end() && beatgrid >= found->second->beatnum;
+        return found != events.end() && beats >= found->second->beatnum;
     }
     }
 }

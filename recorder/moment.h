@@ -13,5 +13,6 @@ struct moment_s {
 // "130" is a beat, "82.5s" a time, anything else the name of an event.
 moment_s moment_parse(const std::string& text);
 
-// Whether the show's clock has come to it. An event that is not registered yet is still to come.
-bool moment_reached(const moment_s& moment);
+// Whether the show's clock has come to it, or will have in `lead` seconds. An event that is not
+// registered yet is still to come.
+bool moment_reached(const moment_s& moment, float lead = 0.0f);

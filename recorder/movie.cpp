@@ -20,6 +20,9 @@ namespace {
 // The song's last chord has rung out here; the show itself has no end.
 constexpr double defaultend_beats = 392.0;
 
+// Pictures are drawn again this long before the first that is written.
+constexpr float wakeup_seconds = 0.2f;
+
 volatile sig_atomic_t interrupted = 0;
 
 void interrupt(int) {
@@ -189,8 +192,10 @@ bool playframes(const movie_s& movie, const moment_s& to, process_c* encoder,
             return false;
         if (recording->first < 0 && newframe && moment_reached(movie.from))
             recording->first = pass;
-        if (recording->first < 0)
+        if (recording->first < 0) {
+            playback_skim(!moment_reached(movie.from, wakeup_seconds));
             return true;
+        }
         if (newframe)
             notechapter(recording);
         if (SDL_Surface* frame = collectframe(movie, pass)) {

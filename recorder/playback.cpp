@@ -50,6 +50,20 @@ void playback_load(const playback_s& playback) {
     load_show(static_cast<int>(arguments.size()), arguments.data());
 }
 
+void playback_skim(bool on) {
+    static GLint viewport[4];
+    static bool skimming = false;
+    if (on == skimming)
+        return;
+    skimming = on;
+    if (on) {
+        glGetIntegerv(GL_VIEWPORT, viewport);
+        glViewport(0, 0, 1, 1);
+    } else {
+        glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
+    }
+}
+
 void playback_show(const onframe_t& onframe) {
     play(demo_run, onframe);
 }

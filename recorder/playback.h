@@ -27,6 +27,10 @@ void playback_load(const playback_s& playback);
 // that it was drawn for. Returns whether to go on.
 using onframe_t = std::function<bool()>;
 
+// While on, the window's picture is not drawn, all else goes on as in full play: for getting to a
+// moment fast. Call from onframe; it holds from the next frame on.
+void playback_skim(bool on);
+
 // Plays the show from its start until onframe returns false.
 void playback_show(const onframe_t& onframe);
 

@@ -21,6 +21,9 @@ constexpr float settle_beats = 0.9f;
 constexpr float nearest_beats = 2.0f;
 constexpr float farthest_beats = 12.0f;
 
+// Pictures are drawn again this long before one that is wanted.
+constexpr float wakeup_seconds = 0.2f;
+
 constexpr const char* columns = "6x";
 constexpr const char* cell = "284x160+5+5";
 
@@ -70,7 +73,8 @@ public:
 
 private:
     bool chooselisted(std::string* cause) {
-        auto here = std::find_if(left.begin(), left.end(), moment_reached);
+        auto here = std::find_if(left.begin(), left.end(),
+                                 [](const moment_s& m) { return moment_reached(m); });
         if (here == left.end())
             return false;
         *cause = here->kind == moment_s::event ? here->name : "";
@@ -133,6 +137,9 @@ int stills_write(const std::string& folder, const std::vector<moment_s>& moments
             dprintf(report, "%s\n", file.c_str());
         }
         left.erase(here, left.end());
+        playback_skim(std::none_of(left.begin(), left.end(), [](const moment_s& m) {
+            return moment_reached(m, wakeup_seconds);
+        }));
         return !left.empty() && ok;
     });
     if (!ok)
