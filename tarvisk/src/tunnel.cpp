@@ -1,4 +1,23 @@
+// A flight through an endless city that fades to black with distance (knob CityMaxDistance), glows
+// at its windows and at the end flies apart (knob citybomb). The travel point and the base
+// matrices are the director's; the camera's two angles follow cues of their own.
+#include "3dphone.h"
+#include "city.h"
+#include "demo.h"
 #include "effects.h"
+#include "main/clock.h"
+#include "model.h"
+#include "shader.h"
+#include "spring.h"
+#include "sync.h"
+#include "texture.h"
+#include "util.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <glm/gtc/matrix_transform.hpp>
+#include <glm/gtc/type_ptr.hpp>
 
 float citybomb = 0.0f;
 float CityMaxDistance = 1000.0f;
@@ -8,7 +27,148 @@ float camYaw = 0.0f;
 
 namespace {
 
-class effect_c : public demoeffect_c {};
+shader_c shader;
+texture_c tex;
+model_c* city;
+citysplit_s blocks;
+
+const char vertex_src[] = R"(
+attribute vec3 pos;
+attribute vec3 nor;
+attribute vec2 uv;
+uniform mat4 mvp;
+uniform mat3 mv;
+uniform vec3 citySpacePos;
+uniform vec3 lightdir;
+uniform float time;
+uniform float beatgrid;
+uniform float bomb;
+uniform float bomb2;
+uniform float u_dist;
+varying vec4 v_col;
+varying vec2 v_uv;
+void main() {
+    vec3 pos2 = pos + (nor.yzx + uv.yxy) * bomb2;
+    gl_Position = mvp * vec4(pos2, 1.0);
+    vec3 direction = normalize(pos2 - citySpacePos);
+    vec3 normal = mv * nor;
+    float zz = clamp(dot(lightdir, normal) * 1.0, 0.2, 1.0);
+    zz *= clamp((pos.y + 50.0) * 0.007, 0.0, 1.0);
+    zz *= 1.0 - pow(clamp(gl_Position.z / u_dist, 0.0, 1.0), 2.0);
+    zz += bomb;
+    v_col = vec4(zz, zz, zz, 0.2);
+    v_uv = uv;
+}
+)";
+
+const char fragment_src[] = R"(
+precision highp float;
+const float PI = 3.14159265358979323846264;
+varying vec4 v_col;
+varying vec2 v_uv;
+uniform sampler2D tex;
+void main() {
+    gl_FragColor = texture2D(tex, v_uv) * v_col;
+    gl_FragColor.rgb += vec3(1.0, 1.0, 0.8) * gl_FragColor.a;
+}
+)";
+
+// In eye space: the light turns with the camera.
+const glm::vec3 lightdir(0.6666667f, 0.6666667f, 0.33333334f);
+
+// The camera's angles follow their cues on springs, in degrees.
+void turncamera() {
+    static spring_c<float> camang(0.0f, 0.0f, 0.002f, 0.4f);
+    static spring_c<float> camang2(0.0f, 0.0f, 0.002f, 0.4f);
+    if (sync_c("tunnel_camdown1", 137, 0).once()) {
+        camang.targetpos = -20.0f;
+        camang2.targetpos = 30.0f;
+    }
+    if (sync_c("tunnel_camdown2", 150, 0).once()) {
+        camang.targetpos = -40.0f;
+        camang2.targetpos = 90.0f;
+    }
+    if (sync_c("tunnel_camup1", 176, 0).once())
+        camang.targetpos = 20.0f;
+    if (sync_c("tunnel_camup2", 192, 0).once())
+        camang.targetpos = -10.0f;
+    camang.iterate(frameskip);
+    camang2.iterate(frameskip);
+    camPitch = camang.pos;
+    camYaw = camang2.pos;
+}
+
+glm::mat4 viewmatrix() {
+    glm::mat4 mv = phone_rotation_mv;
+    mv = util::rotate(mv, camPitch, {0.0f, 1.0f, 0.0f});
+    mv = util::rotate(mv, camYaw, {1.0f, 0.0f, 0.0f});
+    mv = util::rotate(mv, -90.0f, {0.0f, 0.0f, 1.0f});
+    mv = glm::translate(mv, tunnelflyer.pos - glm::vec3(0.0f, 50.0f, 0.0f));
+    return glm::translate(mv, {0.0f, -170.0f, 0.0f});
+}
+
+void setuniforms(const glm::mat4& mv) {
+    const glm::mat3 view3(mv);
+    glUniform1f(shader.uniform("time"), timeval);
+    glUniform1f(shader.uniform("beatgrid"), beatgrid - std::floor(beatgrid));
+    glUniform1f(shader.uniform("bomb"), citybomb);
+    glUniform1f(shader.uniform("bomb2"), std::max(citybomb - 1.4f, 0.0f) * 900.0f);
+    glUniform1f(shader.uniform("u_dist"), std::clamp(CityMaxDistance - 200.0f, 0.0f, 1000.0f));
+    glUniformMatrix3fv(shader.uniform("mv"), 1, GL_FALSE, glm::value_ptr(view3));
+    glUniform3f(shader.uniform("lightdir"), lightdir.x, lightdir.y, lightdir.z);
+    shader.texture("tex", 0, tex);
+}
+
+void attachcity() {
+    shader.array("pos", 3, GL_FLOAT, sizeof(realvert_s), &city->data->pos);
+    shader.array("uv", 2, GL_FLOAT, sizeof(realvert_s), &city->data->tc);
+    shader.array("nor", 3, GL_FLOAT, sizeof(realvert_s), &city->data->nor);
+}
+
+void detachcity() {
+    for (const char* name : {"pos", "uv", "nor"})
+        shader.array(name, 3, GL_FLOAT, 0, nullptr);
+}
+
+// The copy that the camera is in and the eight around it.
+void drawcopies(const glm::mat4& mv) {
+    const glm::mat4 mv_inv = glm::inverse(mv);
+    const glm::vec3 possi(mv_inv[3]);
+    glm::vec3 frustumverts[8];
+    plane_t frustumplanes[4];
+    calc_frustum(phone_projection, mv_inv, frustumverts, frustumplanes);
+    const glm::vec3 half(citysize / 2.0f, 0.0f, citysize / 2.0f);
+    const glm::vec3 possi2 = glm::floor((possi + half) / citysize) * citysize;
+    for (int x = -1; x <= 1; ++x) {
+        for (int y = -1; y <= 1; ++y) {
+            const glm::vec3 offs = possi2 + citysize * glm::vec3(x, 0, y);
+            drawInstance(shader, blocks, mv, offs,
+                         constructCitymask(possi, frustumplanes, offs, CityMaxDistance));
+        }
+    }
+}
+
+class effect_c : public demoeffect_c {
+public:
+    void init() override { puts("init wtf"); }
+
+    void initgl() override {
+        shader.init(vertex_src, fragment_src);
+        city = new model_c("city08.obj");
+        tex.load("gfx/city08_diffuse.png", TEX_REPEAT);
+        blocks = split(*city);
+    }
+
+    void draw() override {
+        turncamera();
+        const glm::mat4 mv = viewmatrix();
+        shader.use();
+        setuniforms(mv);
+        attachcity();
+        drawcopies(mv);
+        detachcity();
+    }
+};
 
 effect_c effect;
 
