@@ -204,6 +204,31 @@ def plant_room(builder, lot, y, height, column=0):
     builder.plain(points, y, points, y + height, column=column)
 
 
+def board(builder, x, z, y, facing, picture, width=46.0):
+    """A lit sign on posts, its face along +-x or +-z."""
+    tall = width * atlas.SIGN_SIZE[1] / atlas.SIGN_SIZE[0]
+    along = np.array((facing[2], 0, -facing[0]), float)
+    low, up = np.array((x, y + 4, z)), np.array((0, tall, 0))
+    left, right = low - along * width / 2, low + along * width / 2
+    front = np.array(facing, float)
+    u, w, h = picture * atlas.SIGN_SIZE[0], *atlas.SIGN_SIZE
+    for side, (a, b) in ((1, (left, right)), (-1, (right, left))):
+        shift = front * side * 0.8
+        uvs = [atlas.uv("sign", *t) for t in ((u + 2, h - 2), (u + w - 2, h - 2), (u + w - 2, 2), (u + 2, 2))]
+        builder.mesh.quad([a + shift, b + shift, b + shift + up, a + shift + up], uvs, front * side)
+    for post in (left + along * 6, right - along * 6):
+        builder.spire(ring(post[0], post[2], 1.2, 3), y, (post[0], y + tall, post[2]), column=64)
+
+
+def advertise(builder, lot, y):
+    """A sign that looks at the nearest of the camera's ways."""
+    x, z = (lot[0] + lot[2]) / 2, (lot[1] + lot[3]) / 2
+    facing = (0, 0, 1) if abs(x) < 120 else (1, 0, 0) if abs(x) > 270 else (-1, 0, 0)
+    width = min(50, 0.9 * (lot[2] - lot[0] if facing[2] else lot[3] - lot[1]))
+    x, z = x + facing[0] * (lot[2] - lot[0]) * 0.4, z + facing[2] * (lot[3] - lot[1]) * 0.4
+    board(builder, x, z, y, facing, builder.rng.choice((0, 0, 1, 2, 3)), width)
+
+
 def furnish_roof(builder, lot, y, rich):
     """Something on every roof, so that none is an empty plate."""
     rng = builder.rng
@@ -212,13 +237,22 @@ def furnish_roof(builder, lot, y, rich):
     if min(w, d) < 14:
         return
     cx, cz = x0 + w * rng.uniform(0.35, 0.65), z0 + d * rng.uniform(0.35, 0.65)
-    half_w, half_d = w * rng.uniform(0.14, 0.22), d * rng.uniform(0.14, 0.22)
+    half_w, half_d = w * rng.uniform(0.11, 0.18), d * rng.uniform(0.11, 0.18)
     plant_room(builder, (cx - half_w, cz - half_d, cx + half_w, cz + half_d), y, rng.uniform(6, 12),
                rng.choice((0, 32)))
-    if rich and rng.random() < 0.45:
+    if y < 200 and rng.random() < 0.3:
+        advertise(builder, lot, y)
+    elif rich and rng.random() < 0.45:
         water_tank(builder, x0 + w * rng.choice((0.2, 0.8)), z0 + d * rng.choice((0.2, 0.8)), y)
     elif rng.random() < 0.35:
         mast(builder, x0 + w * 0.2, z0 + d * 0.8, y, rng.uniform(14, 30))
+
+
+def lantern(builder, lot, y, height):
+    """A crown that glows through its louvres."""
+    points = rectangle(*lot)
+    builder.plain(points, y, points, y + height, "light", 128, cap=False)
+    builder.roof(points, y + height, "plant")
 
 
 def any_roof(rng):
@@ -250,7 +284,10 @@ def stepped(builder, lot, height, facade=None, steps=2):
         y = top
         if step < steps:
             lot = inset(lot, min(lot[2] - lot[0], lot[3] - lot[1]) * 0.13)
-    furnish_roof(builder, lot, y, False)
+    if height > 200 and rng.random() < 0.5:
+        lantern(builder, inset(lot, min(lot[2] - lot[0], lot[3] - lot[1]) * 0.3), y, 9)
+    else:
+        furnish_roof(builder, lot, y, False)
     if height > 260:
         mast(builder, (lot[0] + lot[2]) / 2, (lot[1] + lot[3]) / 2, y + 6, rng.uniform(30, 50))
 
@@ -267,8 +304,7 @@ def shaft(builder, lot, height, facade=None):
     builder.prism(points, podium, points, height, skin, rng.randrange(0, 30))
     builder.roof(points, height, rng.choice(("helipad", "plant", "membrane")), skin.jump)
     if rng.random() < 0.6:
-        crown = inset(lot, min(lot[2] - lot[0], lot[3] - lot[1]) * 0.25)
-        plant_room(builder, crown, height, rng.uniform(8, 16), 32)
+        lantern(builder, inset(lot, min(lot[2] - lot[0], lot[3] - lot[1]) * 0.25), height, rng.uniform(8, 16))
 
 
 def wedge(builder, lot, height, facade="glass"):
@@ -357,7 +393,7 @@ def twin_towers(builder, lot, height):
         builder.prism(points, 0, points, height, skin, pair * 6)
         builder.roof(points, height, "plant")
         tip = inset(part, third * 0.28)
-        plant_room(builder, tip, height, 14, 32)
+        lantern(builder, tip, height, 14)
         mast(builder, (tip[0] + tip[2]) / 2, (tip[1] + tip[3]) / 2, height + 14, 46)
     bridge = (x0 + (x1 - x0) * 0.36, z0 + third, x0 + (x1 - x0) * 0.64, z1 - third)
     points = rectangle(*bridge)

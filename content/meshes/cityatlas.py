@@ -23,7 +23,8 @@ STREET_RUN = 170.0
 ROAD_LENGTHS = 3
 
 STRIPS_BELOW = [("roof", ROOF_SIZE), ("road", 60), ("crossing", 60), ("pavement", 64), ("park", 128),
-                ("metal", 32), ("light", 32)]
+                ("metal", 32), ("light", 32), ("sign", 96)]
+SIGN_SIZE = (192, 96)
 
 
 def layout():

@@ -7,9 +7,10 @@ import numpy as np
 from PIL import Image
 
 import cityatlas as atlas
+from shapes import circle, letters, pill
 
 OVER = 2
-WARM = np.array([(1.0, 0.80, 0.48), (1.0, 0.88, 0.62), (1.0, 0.72, 0.36), (1.0, 0.94, 0.78), (0.80, 0.92, 1.0)])
+WARM = np.array([(1.0, 0.76, 0.40), (1.0, 0.84, 0.52), (1.0, 0.66, 0.28), (1.0, 0.92, 0.72), (0.78, 0.92, 1.0)])
 WARM_SHARES = (0.34, 0.28, 0.16, 0.14, 0.08)
 
 
@@ -83,9 +84,9 @@ class Wall:
         for floor in range(rows):
             mood = random.rand()
             if kind == "office":
-                share = 0.95 if mood < 0.08 else 0.45 if mood < 0.26 else 0.13 if mood < 0.65 else 0.0
+                share = 0.95 if mood < 0.12 else 0.5 if mood < 0.38 else 0.2 if mood < 0.78 else 0.03
             else:
-                share = 0.30 if mood < 0.7 else 0.14
+                share = 0.40 if mood < 0.7 else 0.22
             run, on = 0, False
             for pane in range(panes):
                 if run <= 0:
@@ -158,7 +159,7 @@ class Wall:
 
     def finish(self):
         halo = blur(self.glow, 2 * OVER)
-        alpha = np.maximum(self.glow, 0.38 * halo)
+        alpha = np.maximum(self.glow, 0.45 * halo)
         colour = self.colour + (0.22 * np.maximum(halo - self.glow, 0))[..., None] * np.array((1.0, 0.85, 0.6))
         picture = shrink(np.dstack([colour, alpha]))
         return picture.transpose(1, 0, 2)
@@ -179,7 +180,9 @@ def facade_azure():
     wall = Wall(12, (0.62, 0.70, 0.74), 0.03)
     wall.windows(16, 16, 0.8, 15.2, 3.6, 15.0, "office", (0.15, 0.31, 0.40), 0.25)
     wall.shade(wall.stripes_up(16, 7.6, 8.4) & wall.bands(16, 3.6, 15.0), 0.7)
-    wall.tint(wall.bands(128, 0, 3), (0.85, 0.9, 0.92))
+    line = wall.bands(128, 0, 2)
+    wall.tint(line, (0.80, 0.95, 1.0))
+    wall.glow = np.where(line, 0.85, wall.glow)
     wall.weather(0.06)
     wall.shops((0.3, 0.34, 0.36))
     return wall.finish()
@@ -556,14 +559,47 @@ def paint_metal():
 
 
 def paint_light():
-    """Swatches of things that glow: a lamp's crown, and a glass roof at 64."""
-    ground = Ground(64, 32, atlas.WIDTH, (1.0, 0.86, 0.55), 0.03)
+    """Swatches of things that glow: a lamp's crown, a glass roof at 64, a lantern behind louvres at 128."""
+    ground = Ground(64, 32, atlas.WIDTH, (1.0, 0.80, 0.45), 0.03)
     ground.glow[:] = 1.0
     bars = (ground.x < 64) & (ground.y % 6 < 1.4)
     ground.fill(bars, (0.5, 0.4, 0.25), 0.2)
     pane = ground.box(64, 0, 128, 32)
     ground.fill(pane, (0.55, 0.80, 0.80), 0.75)
     ground.fill(pane & ((ground.x % 6 < 1) | (ground.y % 8 < 1)), (0.3, 0.34, 0.36), 0.1)
+    lantern = ground.box(128, 0, 192, 32)
+    ground.fill(lantern & (ground.x % 8 < 4), (0.28, 0.30, 0.32), 0.12)
+    return ground.finish()
+
+
+def neon(ground, distance, colour):
+    """A tube's line and its shine on the board."""
+    reach = np.exp(-np.maximum(distance, 0) / 3.0)
+    ground.colour += 0.5 * reach[..., None] * np.array(colour)
+    ground.glow = np.maximum(ground.glow, 0.3 * reach)
+    ground.fill(distance < 0, colour, 0.8)
+    ground.fill(distance < -0.9, np.minimum(1, np.array(colour) + 0.35), 1.0)
+
+
+def paint_sign():
+    """Boards of 192 x 96: the group's letters, a sound's bars, a gear, rings."""
+    ground = Ground(65, 96, atlas.WIDTH, (0.055, 0.06, 0.07), 0.1)
+    ground.shade(ground.x % 12 < 0.8, 1.6)
+    x, y = ground.x - 96, 48 - ground.y
+    frame = np.abs(pill(x, y, 0, 0, 89, 41, 10)) - 1.2
+    neon(ground, np.where(ground.x < 192, frame, 99), (0.15, 0.75, 0.85))
+    neon(ground, np.where(ground.x < 192, letters(x, y, 24, 3.2), 99), (1.0, 0.42, 0.10))
+    for i in range(12):
+        tall = 6 + 30 * abs(np.sin(i * 1.7 + 0.6))
+        bar = pill(ground.x, ground.y, 192 + 20 + i * 14, 88 - tall, 4.2, tall, 2)
+        neon(ground, bar, ((0.25, 0.85, 0.45), (0.15, 0.65, 0.95))[i % 2])
+    gx, gy = ground.x - 480, 48 - ground.y
+    r, a = np.hypot(gx, gy), np.arctan2(gy, gx)
+    tooth = np.abs(r - 30 - 4 * np.clip(3 * np.cos(12 * a), -1, 1)) - 2.0
+    neon(ground, np.minimum(tooth, np.abs(r - 13) - 1.6), (1.0, 0.62, 0.2))
+    for i in range(3):
+        neon(ground, np.abs(circle(ground.x, ground.y, 626 + i * 46, 48, 30)) - 2.0,
+             ((0.95, 0.25, 0.2), (0.95, 0.8, 0.3), (0.2, 0.75, 0.85))[i])
     return ground.finish()
 
 

@@ -5,17 +5,14 @@ Light depends on how a surface tilts, never on which way: turned by any angle, t
 import numpy as np
 from PIL import Image
 
+from shapes import smooth
+
 SIZE, OVERSAMPLE, TEETH = 512, 4, 24
-STEEL = np.array((0.84, 0.83, 0.81))
-DARK_STEEL = np.array((0.44, 0.46, 0.48))
-BRASS = np.array((0.88, 0.62, 0.28))
+STEEL = np.array((0.66, 0.68, 0.72))
+DARK_STEEL = np.array((0.33, 0.36, 0.40))
+BRASS = np.array((0.95, 0.62, 0.24))
 TIP, ROOT, RIM, WEB, HUB, BORE = 0.975, 0.845, 0.70, 0.34, 0.25, 0.125
 BOLTS, POCKETS = 6, 6
-
-
-def smooth(low, high, v):
-    t = np.clip((v - low) / (high - low), 0, 1)
-    return t * t * (3 - 2 * t)
 
 
 def fold(angle, count):
@@ -102,8 +99,8 @@ def occlusion(height, solid, n):
 
 def rings_of_light(tilt):
     """What polished metal shows at a tilt (0 faces the eye, 1 stands on edge)."""
-    return (0.60 + 0.60 * np.exp(-((tilt - 0.42) / 0.16) ** 2) - 0.22 * np.exp(-((tilt - 0.14) / 0.07) ** 2)
-            + 0.30 * np.exp(-((tilt - 0.80) / 0.10) ** 2) - 0.30 * smooth(0.86, 1.0, tilt))
+    return (0.40 + 0.75 * np.exp(-((tilt - 0.42) / 0.16) ** 2) - 0.16 * np.exp(-((tilt - 0.14) / 0.07) ** 2)
+            + 0.35 * np.exp(-((tilt - 0.80) / 0.10) ** 2) - 0.20 * smooth(0.86, 1.0, tilt))
 
 
 def cutter_marks(r, angle, material):
@@ -122,11 +119,13 @@ def draw(n):
     tilt = slope / np.sqrt(1 + slope ** 2)
     dome = 0.10 * smooth(0.2, 0.98, r)
     base = np.array([STEEL, DARK_STEEL * 0.8, BRASS, DARK_STEEL])[material]
-    sheen = 0.10 * np.exp(-((r - 0.76) / 0.055) ** 2) + 0.10 * np.exp(-((r - 0.90) / 0.04) ** 2)
+    sheen = (0.34 * np.exp(-((r - 0.745) / 0.022) ** 2) + 0.30 * np.exp(-((r - 0.825) / 0.020) ** 2)
+             + 0.16 * np.exp(-((r - 0.93) / 0.035) ** 2) + 0.25 * np.exp(-((r - 0.215) / 0.02) ** 2)
+             + 0.20 * np.exp(-((r - 0.53) / 0.09) ** 2))
     light = (rings_of_light(tilt) + sheen - dome * 0.5) * cutter_marks(r, angle, material)
     colour = base * (light * occlusion(height, solid, n))[..., None]
     glint = np.exp(-((tilt - 0.50) / 0.10) ** 2) * (slope > 0.15)
-    colour += 0.30 * glint[..., None] * np.array((1.0, 0.96, 0.90))
+    colour += 0.34 * glint[..., None] * np.array((1.0, 0.86, 0.68))
     return np.dstack([np.clip(colour, 0, 1), np.ones(r.shape)]) * solid[..., None]
 
 

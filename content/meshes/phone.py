@@ -14,6 +14,7 @@ SCREEN_HALF_X, SCREEN_LOW, SCREEN_HIGH, SCREEN_Z = 25.0, 17.070831, 106.02917, 5
 HALF_X, HALF_Y, CORNER = 30.5, 61.5, 9.5
 CORNER_STEPS = 12  # even: the side charts part in the middle of each corner
 RECESS_Z, RECESS_UNDERCUT = 2.5, 0.8
+SEAM, LIP = 0.9, 1.6  # the frame's lip beside the glass, and the radius it is rounded by
 TEXTURE = 2048
 DENSITY = 12.5  # texels a unit
 
@@ -49,15 +50,19 @@ def arc(first, last, steps):
 
 def profile():
     """Strips around the slab, front to back: a chart kind and rings of (inset, z, normal out, normal z)."""
-    glass = [(2.6 - 2.05 * math.sin(t), 4.5845 + 0.9 * math.cos(t), math.sin(t) / 2.05, math.cos(t) / 0.9)
+    end = math.radians(75)
+    reach = (2.6 - SEAM) / math.sin(end)
+    glass = [(2.6 - reach * math.sin(t), 4.5845 + 0.9 * math.cos(t), math.sin(t) / reach, math.cos(t) / 0.9)
              for t in arc(0, 75, 7)]
-    edge_z = glass[-1][1]
-    frame = [(1.1 - 1.1 * math.cos(t), edge_z - 0.989 + 1.1 * math.sin(t), math.cos(t), math.sin(t))
-             for t in arc(64, 0, 5)]
-    frame += [(1.1 - 1.1 * math.cos(t), -2.3 + 1.1 * math.sin(t), math.cos(t), math.sin(t))
-              for t in arc(0, -64, 5)]
-    back = [(6.0 - 5.57 * math.sin(t), -2.972 - 1.228 * math.cos(t), math.sin(t) / 5.57, -math.cos(t) / 1.228)
-            for t in arc(75, 0, 8)]
+    lean = math.degrees(math.acos(1 - SEAM / LIP))
+    rise = LIP * math.sin(math.radians(lean))
+    frame = [(LIP - LIP * math.cos(t), glass[-1][1] - rise + LIP * math.sin(t), math.cos(t), math.sin(t))
+             for t in arc(lean, 0, 5)]
+    frame += [(LIP - LIP * math.cos(t), -1.85 + LIP * math.sin(t), math.cos(t), math.sin(t))
+              for t in arc(0, -lean, 5)]
+    reach, depth, level = (6.0 - SEAM) / math.sin(end), 1.2, -1.85 - rise
+    back = [(6.0 - reach * math.sin(t), level - depth * (math.cos(t) - math.cos(end)),
+             math.sin(t) / reach, -math.cos(t) / depth) for t in arc(75, 0, 8)]
     glass[0] = (2.6, SCREEN_Z, 0.0, 1.0)
     frame[0] = (glass[-1][0], glass[-1][1], *frame[0][2:])
     back[0] = (frame[-1][0], frame[-1][1], *back[0][2:])

@@ -10,31 +10,12 @@ import flight
 import obj
 import phone
 import raster
+from shapes import circle, letters, pill, smooth
 
 GLASS = np.array((0.030, 0.034, 0.042))
 METAL = np.array((0.66, 0.645, 0.62))
 LACQUER = np.array((0.030, 0.235, 0.300))
 LACQUER_LIGHT = np.array((0.10, 0.44, 0.50))
-
-
-def circle(x, y, cx, cy, radius):
-    return np.hypot(x - cx, y - cy) - radius
-
-
-def pill(x, y, cx, cy, half_x, half_y, corner):
-    dx, dy = np.abs(x - cx) - half_x + corner, np.abs(y - cy) - half_y + corner
-    return np.hypot(np.maximum(dx, 0), np.maximum(dy, 0)) + np.minimum(np.maximum(dx, dy), 0) - corner
-
-
-def segment(x, y, x0, y0, x1, y1, half):
-    dx, dy = x1 - x0, y1 - y0
-    t = np.clip(((x - x0) * dx + (y - y0) * dy) / (dx * dx + dy * dy), 0, 1)
-    return np.hypot(x - x0 - t * dx, y - y0 - t * dy) - half
-
-
-def smooth(low, high, v):
-    t = np.clip((v - low) / (high - low), 0, 1)
-    return t * t * (3 - 2 * t)
 
 
 class Layer:
@@ -68,9 +49,9 @@ def front(x, y):
     layer.light(0.050 * smooth(28, 30, window) * (1 - smooth(52, 56, window)), (0.8, 0.92, 1.0))
     layer.light(0.018 * smooth(-52, -50, window) * (1 - smooth(-44, -40, window)), (0.8, 0.92, 1.0))
     edge = -pill(x, y, 0, phone.CENTRE_Y, phone.HALF_X, phone.HALF_Y, phone.CORNER)
-    layer.light(0.20 * np.exp(-((edge - 1.25) / 0.32) ** 2), (0.85, 0.93, 1.0))
+    layer.light(0.20 * np.exp(-((edge - phone.SEAM - 0.6) / 0.32) ** 2), (0.85, 0.93, 1.0))
     layer.light(0.05 * np.exp(-((edge - 2.5) / 0.5) ** 2))
-    layer.shade(1 - 0.9 * np.exp(-((edge - 0.62) / 0.12) ** 2))
+    layer.shade(1 - 0.9 * np.exp(-((edge - phone.SEAM) / 0.12) ** 2))
     screen = pill(x, y, 0, phone.CENTRE_Y, phone.SCREEN_HALF_X, (phone.SCREEN_HIGH - phone.SCREEN_LOW) / 2, 0.0)
     layer.shade(1 - 0.75 * (1 - smooth(0.0, 0.7, screen)))
 
@@ -117,13 +98,10 @@ def metal_rim(layer, cx, cy, outer, inner):
 
 def emblem(layer, cy, colour, amount):
     """The group's letters V, X, Q in one line weight, upright when the phone lies on its side, back to the eye."""
-    x, y, h, w = cy - layer.y, -layer.x, 4.2, 0.55
-    strokes = [(-11.2, h, -7.7, -h), (-7.7, -h, -4.2, h), (-2.9, h, 2.9, -h), (-2.9, -h, 2.9, h),
-               (8.6, -1.3, 12.0, -h - 0.5)]
-    shape = np.min([segment(x, y, *s, w) for s in strokes], axis=0)
-    shape = np.minimum(shape, np.abs(circle(x, y, 8.2, 0, h - 0.05)) - w)
+    x, y, height = cy - layer.y, -layer.x, 4.2
+    shape = letters(x, y, height, 0.55)
     layer.occlude(shape, 0.25, 0.3)
-    layer.paint(shape, np.array(colour) * (0.85 + 0.15 * y / h)[..., None], amount)
+    layer.paint(shape, np.array(colour) * (0.85 + 0.15 * y / height)[..., None], amount)
 
 
 def back(x, y):
@@ -137,8 +115,8 @@ def back(x, y):
     random = np.random.RandomState(4)
     layer.shade(1 + 0.012 * random.standard_normal(x.shape))
     edge = -pill(x, y, 0, phone.CENTRE_Y, phone.HALF_X, phone.HALF_Y, phone.CORNER)
-    layer.light(0.20 * np.exp(-((edge - 1.6) / 0.7) ** 2), (0.65, 0.9, 1.0))
-    layer.shade(1 - 0.85 * np.exp(-((edge - 0.62) / 0.13) ** 2))
+    layer.light(0.20 * np.exp(-((edge - phone.SEAM - 1.0) / 0.7) ** 2), (0.65, 0.9, 1.0))
+    layer.shade(1 - 0.85 * np.exp(-((edge - phone.SEAM) / 0.13) ** 2))
     seam = np.abs(y - (phone.CENTRE_Y - 52.0)) - 0.07
     layer.paint(seam, (0.01, 0.05, 0.06))
     layer.paint(np.abs(y - (phone.CENTRE_Y - 51.8)) - 0.07, (0.2, 0.5, 0.55), 0.3)
