@@ -301,7 +301,8 @@ def shaft(builder, lot, height, facade=None):
     builder.prism(base, 0, base, podium, Skin(rng, rng.choice(("stone", "grid"))))
     builder.roof(base, podium, rng.choice(("terrace", "garden", "skylight")))
     points = chamfered(lot, min(lot[2] - lot[0], lot[3] - lot[1]) * 0.2)
-    builder.prism(points, podium, points, height, skin, rng.randrange(0, 30))
+    floors = round((height - podium) / atlas.MODULE)
+    builder.prism(points, podium, points, height, skin, rng.randrange(4, max(5, 63 - floors)))
     builder.roof(points, height, rng.choice(("helipad", "plant", "membrane")), skin.jump)
     if rng.random() < 0.6:
         lantern(builder, inset(lot, min(lot[2] - lot[0], lot[3] - lot[1]) * 0.25), height, rng.uniform(8, 16))

@@ -159,8 +159,9 @@ class Wall:
 
     def finish(self):
         halo = blur(self.glow, 2 * OVER)
-        alpha = np.maximum(self.glow, 0.45 * halo)
-        colour = self.colour + (0.22 * np.maximum(halo - self.glow, 0))[..., None] * np.array((1.0, 0.85, 0.6))
+        street = 0.5 * np.exp(-self.up / 30)
+        alpha = np.maximum(np.maximum(self.glow, 0.45 * halo), street)
+        colour = self.colour * (1 + 0.8 * street[..., None] * np.array((1.0, 0.8, 0.5))) + (0.22 * np.maximum(halo - self.glow, 0))[..., None] * np.array((1.0, 0.85, 0.6))
         picture = shrink(np.dstack([colour, alpha]))
         return picture.transpose(1, 0, 2)
 
