@@ -21,11 +21,19 @@ void draw(const shader_c& shader) {
     detach(shader);
 }
 
-void drawblended(const shader_c& shader) {
+void blendon() {
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    draw(shader);
+}
+
+void blendoff() {
     glDisable(GL_BLEND);
+}
+
+void drawblended(const shader_c& shader) {
+    blendon();
+    draw(shader);
+    blendoff();
 }
 
 } // namespace quad

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <cstdlib>
 #include <glm/gtc/matrix_transform.hpp>
 
@@ -45,6 +46,15 @@ glm::mat4 rotate(const glm::mat4& m, float degrees, const glm::vec3& axis) {
 
 glm::mat4 perspective(float fovy_degrees, float near, float far) {
     return glm::perspective(glm::radians(fovy_degrees), 854.0f / 480.0f, near, far);
+}
+
+bool onbeat(float beats) {
+    return beats - std::floor(beats) < 0.1f;
+}
+
+float contract(float seconds) {
+    const double m = std::min(1.0, seconds * 0.04);
+    return static_cast<float>(std::sin(double(seconds)) * (1 - m) + m * -1.5);
 }
 
 } // namespace util

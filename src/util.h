@@ -1,4 +1,4 @@
-// Random numbers and matrix helpers that the effects share.
+// Random numbers, matrices and curves that the effects share.
 //
 // All randomness comes from the C library's rand(), never seeded, so every run draws the same
 // sequence. Who draws, how often and in which order is part of the show.
@@ -30,5 +30,12 @@ glm::mat4 rotate(const glm::mat4& m, float degrees, const glm::vec3& axis);
 
 // Perspective of the show's picture, 854 to 480, with a vertical field of view in degrees.
 glm::mat4 perspective(float fovy_degrees, float near, float far);
+
+// Whether `beats` lies in the first tenth of a beat: when things kick.
+bool onbeat(float beats);
+
+// How far the orange is closed, `seconds` into the show: sways between -1 and 1 at first and
+// settles at -1.5, wide open, after 25 s.
+float contract(float seconds);
 
 } // namespace util

@@ -1,10 +1,76 @@
+// A turning gear that rolls in from the right edge of the screen and leaves upwards.
 #include "effects.h"
+#include "main/clock.h"
+#include "quad.h"
+#include "shader.h"
+#include "spring.h"
+#include "texture.h"
 
 int gearAppear = 0;
 
 namespace {
 
-class effect_c : public demoeffect_c {};
+shader_c shader;
+texture_c tex;
+
+const char vertex_src[] = QUAD_MAPPINGS QUAD_PLACEMENT R"(
+attribute vec2 pos;
+varying vec2 v_uv;
+uniform float time;
+uniform vec2 ratpos;
+void main() {
+    gl_Position = vec4(placed(upright(pos), time * 0.4) + ratpos, 0.8, 1.0);
+    v_uv = pos;
+}
+)";
+
+// Nothing gives tex2 a unit: it reads unit 0.
+const char fragment_src[] = R"(
+precision highp float;
+const float PI = 3.14159265358979323846264;
+varying vec2 v_uv;
+uniform float time;
+uniform sampler2D tex;
+uniform sampler2D tex2;
+void main() {
+    gl_FragColor = texture2D(tex2, v_uv);
+}
+)";
+
+// Where the gear goes, by stage of its entrance, in clip units.
+const glm::vec2 targets[] = {{1.5f, 0.8f}, {0.9f, 0.8f}, {1.5f, 1.2f}};
+constexpr int stages = sizeof targets / sizeof *targets;
+
+// Further right than this it is off the screen.
+constexpr float lastvisiblex = 1.4f;
+
+glm::vec2 rollon() {
+    static spring_c<glm::vec2> ratpos({2.0f, 0.8f}, {2.0f, 0.8f}, glm::vec2(0.02f),
+                                      glm::vec2(0.095f));
+    if (gearAppear >= 0 && gearAppear < stages)
+        ratpos.targetpos = targets[gearAppear];
+    ratpos.iterate(frameskip);
+    return ratpos.pos;
+}
+
+class effect_c : public demoeffect_c {
+public:
+    void initgl() override {
+        shader.init(vertex_src, fragment_src);
+        tex.load("gfx/gear.png", 0);
+    }
+
+    void draw() override {
+        const glm::vec2 ratpos = rollon();
+        if (ratpos.x > lastvisiblex)
+            return;
+        shader.use();
+        glUniform1f(shader.uniform("time"), beatgrid);
+        glUniform2f(shader.uniform("ratpos"), ratpos.x, ratpos.y);
+        shader.texture("tex", 0, tex);
+        quad::drawblended(shader);
+    }
+};
 
 effect_c effect;
 

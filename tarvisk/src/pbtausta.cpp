@@ -1,8 +1,51 @@
+// A still picture behind the dodecahedron.
 #include "effects.h"
+#include "main/clock.h"
+#include "quad.h"
+#include "shader.h"
+#include "texture.h"
 
 namespace {
 
-class effect_c : public demoeffect_c {};
+shader_c shader;
+texture_c tex;
+
+const char vertex_src[] = QUAD_MAPPINGS R"(
+attribute vec2 pos;
+varying vec2 v_uv;
+void main() {
+    gl_Position = vec4(upright(pos), 0.9, 1.0);
+    v_uv = pos;
+}
+)";
+
+// Nothing gives tex2 a unit: it reads unit 0.
+const char fragment_src[] = R"(
+precision highp float;
+const float PI = 3.14159265358979323846264;
+varying vec2 v_uv;
+uniform float time;
+uniform sampler2D tex;
+uniform sampler2D tex2;
+void main() {
+    gl_FragColor = vec4(texture2D(tex2, v_uv).rgb, 1.0);
+}
+)";
+
+class effect_c : public demoeffect_c {
+public:
+    void initgl() override {
+        shader.init(vertex_src, fragment_src);
+        tex.load("gfx/pb.jpg", TEX_RGB);
+    }
+
+    void draw() override {
+        shader.use();
+        glUniform1f(shader.uniform("time"), timeval);
+        shader.texture("tex", 0, tex);
+        quad::draw(shader);
+    }
+};
 
 effect_c effect;
 
