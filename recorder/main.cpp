@@ -18,7 +18,8 @@ constexpr const char* usage =
     R"(usage: tarvisk-record [options] MOVIE.mp4            the show as a video with sound
        tarvisk-record [options] --stills DIR WHEN... a PNG of each moment
        tarvisk-record [options] --sheet FILE [WHEN...] a labelled contact sheet
-       tarvisk-record --list                         effects and scenes by name
+       tarvisk-record --list                         effects, knobs and scenes by name
+       tarvisk-record --events                       events and their beats (plays the show unseen)
 
 WHEN is a beat (130), a time (82.5s) or the name of an event (stoptunnel).
 
@@ -29,6 +30,8 @@ WHEN is a beat (130), a time (82.5s) or the name of an event (stoptunnel).
   --quality Q      of H.264: 0 lossless, 18 very good, 51 worst (18)
   --blur N         average N sub-frames, 1 to 4, into each frame (1)
   --desktop IMAGE  picture that stands for the desktop (gfx/harmattan-home.png)
+  --effect NAME    one effect alone, from --from (a beat or a time) on
+  --knob NAME=N    with --effect: set a knob; as often as needed
   --verbose        let the show print what it prints
 )";
 
@@ -38,6 +41,7 @@ struct options_s {
     std::string stills;
     std::string sheet;
     std::vector<moment_s> moments;
+    bool events = false;
     bool verbose = false;
 };
 
@@ -79,6 +83,9 @@ int readnumber(const char* what, const char* text, int least, int most) {
     printf("effects:\n");
     for (const effectentry_s& entry : effectlist)
         printf("  %s\n", entry.name);
+    printf("knobs:\n");
+    for (const knob_s& knob : knoblist)
+        printf("  %s\n", knob.name);
     printf("scenes:\n");
     for (const scene_s& scene : demo_scenes)
         printf("  %s\n", scene.name);
@@ -88,6 +95,21 @@ int readnumber(const char* what, const char* text, int least, int most) {
 [[noreturn]] void help() {
     printf("%s", usage);
     exit(0);
+}
+
+void readeffect(const char* name, playback_s* playback) {
+    if (!playback_knowseffect(name))
+        refuse("no such effect (see --list)", name);
+    playback->effect = name;
+}
+
+void readknob(const char* text, playback_s* playback) {
+    char name[64];
+    float value = 0.0f;
+    char rest;
+    if (sscanf(text, "%63[^=]=%f%c", name, &value, &rest) != 2 || !playback_knowsknob(name))
+        refuse("not a knob and its value (see --list)", text);
+    playback->knobs[name] = value;
 }
 
 void readoption(int option, const char* value, options_s* options) {
@@ -117,6 +139,13 @@ void readoption(int option, const char* value, options_s* options) {
     case 'C':
         options->sheet = value;
         return;
+    case 'e':
+        return readeffect(value, &options->playback);
+    case 'k':
+        return readknob(value, &options->playback);
+    case 'E':
+        options->events = true;
+        return;
     case 'v':
         options->verbose = true;
         return;
@@ -129,24 +158,29 @@ void readoption(int option, const char* value, options_s* options) {
     }
 }
 
+// An effect alone starts its clock here: what came before is not played.
+moment_s effectstart(const moment_s& from) {
+    if (from.kind == moment_s::event)
+        refuse("with --effect, --from takes a beat or a time", from.name.c_str());
+    return from;
+}
+
 options_s readoptions(int argc, char** argv) {
-    const option longoptions[] = {{"size", required_argument, nullptr, 's'},
-                                  {"rate", required_argument, nullptr, 'r'},
-                                  {"from", required_argument, nullptr, 'f'},
-                                  {"to", required_argument, nullptr, 't'},
-                                  {"quality", required_argument, nullptr, 'q'},
-                                  {"blur", required_argument, nullptr, 'b'},
-                                  {"desktop", required_argument, nullptr, 'd'},
-                                  {"stills", required_argument, nullptr, 'S'},
-                                  {"sheet", required_argument, nullptr, 'C'},
-                                  {"verbose", no_argument, nullptr, 'v'},
-                                  {"list", no_argument, nullptr, 'l'},
-                                  {"help", no_argument, nullptr, 'h'},
-                                  {nullptr, 0, nullptr, 0}};
+    const option longoptions[] = {
+        {"size", required_argument, nullptr, 's'},    {"rate", required_argument, nullptr, 'r'},
+        {"from", required_argument, nullptr, 'f'},    {"to", required_argument, nullptr, 't'},
+        {"quality", required_argument, nullptr, 'q'}, {"blur", required_argument, nullptr, 'b'},
+        {"desktop", required_argument, nullptr, 'd'}, {"stills", required_argument, nullptr, 'S'},
+        {"sheet", required_argument, nullptr, 'C'},   {"effect", required_argument, nullptr, 'e'},
+        {"knob", required_argument, nullptr, 'k'},    {"events", no_argument, nullptr, 'E'},
+        {"verbose", no_argument, nullptr, 'v'},       {"list", no_argument, nullptr, 'l'},
+        {"help", no_argument, nullptr, 'h'},          {nullptr, 0, nullptr, 0}};
     options_s options;
     for (int c; (c = getopt_long(argc, argv, "", longoptions, nullptr)) != -1;)
         readoption(c, optarg, &options);
-    const bool movie = options.stills.empty() && options.sheet.empty();
+    if (!options.playback.effect.empty())
+        options.playback.start = effectstart(options.movie.from);
+    const bool movie = options.stills.empty() && options.sheet.empty() && !options.events;
     if (movie && optind + 1 != argc)
         refuse("one movie to write, please", optind < argc ? argv[optind + 1] : "none named");
     if (movie)
@@ -187,6 +221,8 @@ void quietshow() {
 }
 
 int run(const options_s& options) {
+    if (options.events)
+        return events_list(options.playback, reportto);
     if (!options.stills.empty())
         return stills_write(options.stills, options.moments, options.playback, reportto);
     if (!options.sheet.empty())

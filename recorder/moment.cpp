@@ -3,6 +3,7 @@
 #include "main/clock.h"
 #include "sync.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 moment_s moment_parse(const std::string& text) {
@@ -30,4 +31,11 @@ bool moment_reached(const moment_s& moment, float lead) {
         return found != events.end() && beats >= found->second->beatnum;
     }
     }
+}
+
+double moment_seconds(const moment_s& moment) {
+    const double seconds = moment.kind == moment_s::seconds
+                               ? moment.value
+                               : beatgrid_seconds(static_cast<float>(moment.value));
+    return std::max(0.0, seconds);
 }

@@ -16,3 +16,6 @@ moment_s moment_parse(const std::string& text);
 // Whether the show's clock has come to it, or will have in `lead` seconds. An event that is not
 // registered yet is still to come.
 bool moment_reached(const moment_s& moment, float lead = 0.0f);
+
+// Demo time of a beat or a time, in seconds and not below 0. Not for events.
+double moment_seconds(const moment_s& moment);

@@ -9,6 +9,7 @@
 #include "progress.h"
 
 #include <algorithm>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <SDL.h>
@@ -163,15 +164,10 @@ void notechapter(recording_s* recording) {
 
 // Frames when both ends are numbers, 0 where an event decides.
 long long expectedframes(const movie_s& movie, const moment_s& to) {
-    auto at = [](const moment_s& m) {
-        return m.kind == moment_s::seconds ? m.value
-                                           : beatgrid_seconds(static_cast<float>(m.value));
-    };
     if (movie.from.kind == moment_s::event || to.kind == moment_s::event)
         return 0;
-    const double from = std::max(0.0, at(movie.from));
-    return static_cast<long long>((at(to) - from) * double(movie.rate_numerator) /
-                                  double(movie.rate_denominator));
+    return static_cast<long long>((moment_seconds(to) - moment_seconds(movie.from)) *
+                                  double(movie.rate_numerator) / double(movie.rate_denominator));
 }
 
 // A frame of the movie, once its last sub-frame is drawn; null before.
@@ -185,7 +181,7 @@ SDL_Surface* collectframe(const movie_s& movie, long long pass) {
 bool playframes(const movie_s& movie, const moment_s& to, process_c* encoder,
                 recording_s* recording, progress_c* progress) {
     bool encoding = true;
-    playback_show([&] {
+    playback_run([&] {
         const long long pass = recording->passes++;
         const bool newframe = pass % movie.blur == 0;
         if (interrupted || (newframe && moment_reached(to)))

@@ -2,13 +2,14 @@
 // the machine goes, and hands out every frame when it is complete. The recorder, the picture tests
 // and the benchmarks all make their frames here.
 //
-// Order of use: playback_load once, then one playback_show or playback_effect.
+// Order of use: playback_load once, then playback_run once.
 #pragma once
 
-#include <functional>
-#include <string>
+#include "moment.h"
 
-class demoeffect_c;
+#include <functional>
+#include <map>
+#include <string>
 
 struct playback_s {
     int width = 854; // pixels
@@ -16,11 +17,13 @@ struct playback_s {
     long long step_numerator = 1; // seconds a frame, as a fraction
     long long step_denominator = 50;
     std::string desktop = "gfx/harmattan-home.png"; // stands for the captured desktop
-    double start_seconds = 0.0;                     // where the clock starts ("--skip")
+    moment_s start;                                 // where the clock starts: a beat or a time
+    std::string effect;                             // this effect alone; empty: the show
+    std::map<std::string, float> knobs;             // by name, for the effect alone
 };
 
 // Starts SDL and GL and loads the whole show. What the show itself does on a failure happens here
-// too: a line on standard error and the end of the process.
+// too: a line on standard error and the end of the process. Effect and knobs must exist.
 void playback_load(const playback_s& playback);
 
 // Called when a frame is complete: the framebuffer holds it, and timeval and beatgrid are the times
@@ -31,8 +34,11 @@ using onframe_t = std::function<bool()>;
 // moment fast. Call from onframe; it holds from the next frame on.
 void playback_skim(bool on);
 
-// Plays the show from its start until onframe returns false.
-void playback_show(const onframe_t& onframe);
+// Plays the show, or the one effect that playback_load was told, until onframe returns false. An
+// effect alone draws on a cleared target with the depth test on, its knobs set anew for every
+// frame.
+void playback_run(const onframe_t& onframe);
 
-// Plays one effect alone, on a cleared target with the depth test on, until onframe returns false.
-void playback_effect(demoeffect_c* effect, const onframe_t& onframe);
+// Whether there are such an effect and such a knob.
+bool playback_knowseffect(const std::string& name);
+bool playback_knowsknob(const std::string& name);

@@ -128,7 +128,7 @@ int stills_write(const std::string& folder, const std::vector<moment_s>& moments
     playback_load(playback);
     std::vector<moment_s> left = moments;
     bool ok = true;
-    playback_show([&] {
+    playback_run([&] {
         auto here = std::stable_partition(left.begin(), left.end(),
                                           [](const moment_s& m) { return !moment_reached(m); });
         for (auto it = here; it != left.end(); ++it) {
@@ -153,7 +153,7 @@ int sheet_write(const std::string& filename, const std::vector<moment_s>& moment
     playback_load(playback);
     chooser_c chooser(moments);
     std::vector<picture_s> pictures;
-    playback_show([&] {
+    playback_run([&] {
         std::string cause;
         if (chooser.choose(&cause)) {
             pictures.push_back(
@@ -168,4 +168,15 @@ int sheet_write(const std::string& filename, const std::vector<moment_s>& moment
     if (ok)
         dprintf(report, "%s: %zu pictures\n", filename.c_str(), pictures.size());
     return ok ? 0 : 1;
+}
+
+int events_list(const playback_s& playback, int report) {
+    playback_load(playback);
+    playback_run([] {
+        playback_skim(true);
+        return beatgrid < sheetend_beats;
+    });
+    for (auto& [name, e] : events)
+        dprintf(report, "%8.2f  %s\n", double(e->beatnum), name.c_str());
+    return 0;
 }

@@ -18,4 +18,7 @@ int stills_write(const std::string& folder, const std::vector<moment_s>& moments
 int sheet_write(const std::string& filename, const std::vector<moment_s>& moments,
                 const playback_s& playback, int report);
 
+// Plays the show unseen and prints every event with its beat. Returns the exit status.
+int events_list(const playback_s& playback, int report);
+
 constexpr float sheetend_beats = 340.0f;

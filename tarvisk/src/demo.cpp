@@ -268,7 +268,7 @@ void scene_credits() {
     } while (!fires("stopgear", 180));
 }
 
-void scene_gear() {
+void lookbackovercity() {
     restcamera({370.0f, -100.0f, -200.0f});
     CityMaxDistance = 1000.0f;
     widelens();
@@ -276,6 +276,10 @@ void scene_gear() {
     rotatephone(-190.0f, yaxis);
     rotatephone(-20.0f, xaxis);
     rotatephone(90.0f, zaxis);
+}
+
+void scene_gear() {
+    lookbackovercity();
     usedepth();
     gearAppear = 0;
     do {
@@ -505,4 +509,16 @@ void demo_run() {
         demo_scene = scene.name;
         scene.play();
     }
+}
+
+void demo_rehearse() {
+    loadpictures();
+    lookbackovercity();
+    phonescreentex = woodstex.textureid;
+    texturetesttex = whiteback.textureid;
+    drawinto(scrollertex_fbo, {scrollertexgen});
+    scrollertex = scrollertex_fbo->colortex;
+    drawinto(orangetex_fbo, {orangetexgen});
+    orangetex = orangetex_fbo->colortex;
+    usedepth();
 }

@@ -37,3 +37,7 @@ void demo_initgl();
 
 // The show. Never returns.
 void demo_run();
+
+// Sets what effects share so that each can be seen alone: the camera of the gear scene,
+// pictures on every texture knob. For tools; the show does it scene by scene.
+void demo_rehearse();

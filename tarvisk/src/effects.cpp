@@ -27,3 +27,18 @@ const effectentry_s effectlist[effectcount] = {
     {"starfield2", starfield2},
     {"textbox", textbox},
 };
+
+const knob_s knoblist[knobcount] = {
+    {"ylift", &ylift, nullptr},
+    {"sf_zchange", &sf_zchange, nullptr},
+    {"starang", &starang, nullptr},
+    {"ripsilu_mm", &ripsilu_mm, nullptr},
+    {"gearAppear", nullptr, &gearAppear},
+    {"bumptgt", nullptr, &bumptgt},
+    {"gravforce", &gravforce, nullptr},
+    {"orbitradius", &orbitradius, nullptr},
+    {"rockety", &rockety, nullptr},
+    {"citybomb", &citybomb, nullptr},
+    {"CityMaxDistance", &CityMaxDistance, nullptr},
+    {"horizonbomb", &horizonbomb, nullptr},
+};

@@ -60,3 +60,12 @@ extern GLuint citytex;        // tunnel: texture handed over by the director; no
 extern float camPitch;        // tunnel, written by it: camera angles, degrees
 extern float camYaw;
 extern float horizonbomb; // zreset: radius of the flash, texture units
+
+// The knobs that are plain numbers, by name, for tools. One of the two pointers is set.
+struct knob_s {
+    const char* name;
+    float* real;
+    int* whole;
+};
+constexpr int knobcount = 12;
+extern const knob_s knoblist[knobcount];

@@ -44,7 +44,7 @@ TEST(pictures, show_what_was_blessed) {
     ASSERT_GE(blessed.size(), 6u);
     playback_load(small());
     auto next = blessed.begin();
-    playback_show([&] {
+    playback_run([&] {
         if (beatgrid >= next->first) {
             expectmatch(next->first, next->second, picture_grab());
             ++next;
@@ -61,7 +61,7 @@ TEST(pictures, tell_a_neighbouring_beat_apart) {
     ASSERT_GE(blessed.size(), 3u);
     playback_load(small());
     auto next = blessed.begin();
-    playback_show([&] {
+    playback_run([&] {
         if (beatgrid >= next->first + neighbour_beats) {
             EXPECT_FALSE(picture_matches(next->second, picture_grab())) << "beat " << next->first;
             ++next;
