@@ -45,7 +45,7 @@ vec rolled(vec p, double degrees) {
 
 // A head on its back in the water: the forehead a little under, the chin up.
 vec afloat(vec p) {
-    const double a = 9 * M_PI / 180, c = std::cos(a), s = std::sin(a);
+    const double a = 15 * M_PI / 180, c = std::cos(a), s = std::sin(a);
     return {p.x, c * p.y - s * p.z, s * p.y + c * p.z + 0.05};
 }
 
@@ -184,7 +184,7 @@ double teeth(vec p, double gum, double up) {
     if (index > 7)
         return 1;
     const double side = (std::abs(angle) - index * pitch) * 0.36;
-    const double tall = 0.070 - 0.006 * std::abs(index - 0.5) + (index == 2.5 ? 0.014 : 0);
+    const double tall = 0.064 - 0.006 * std::abs(index - 0.5) + (index == 2.5 ? 0.014 : 0);
     const double y = up * (p.y - gum);
     const double width = 0.030 - 0.010 * smoothstep(-0.02, 0.10, y) - 0.004 * (up < 0);
     return block({side, y, radius - 0.352}, {0, 0, 0}, {width, tall, 0.036}, 0.020);
@@ -194,11 +194,11 @@ double skullfront(double d, vec p, vec m) {
     const double brow = limb(m, {0.10, 0.185, 0.575}, {0.46, 0.205, 0.36}, 0.062, 0.055);
     d = join(d, brow, 0.12);
     d = join(d, limb(m, {0.30, -0.16, 0.50}, {0.50, -0.09, 0.33}, 0.085, 0.075), 0.12);
-    d = join(d, limb(m, {0.50, -0.09, 0.33}, {0.70, 0.00, -0.14}, 0.062, 0.050), 0.06);
+    d = join(d, limb(m, {0.50, -0.09, 0.33}, {0.64, 0.00, -0.30}, 0.062, 0.055), 0.06);
     d = join(d, limb(m, {0.47, 0.18, 0.34}, {0.52, -0.08, 0.30}, 0.045, 0.050), 0.06);
     d = join(d, limb(p, {0, 0.16, 0.575}, {0, -0.02, 0.635}, 0.048, 0.036), 0.09);
     d = join(d, limb(m, {0.10, -0.06, 0.56}, {0.14, -0.30, 0.52}, 0.055, 0.075), 0.09);
-    d = carve(d, ellipsoid(rolled(m - vec{0.280, 0.045, 0.50}, -14), {0, 0, 0}, {0.190, 0.160, 0.34}), 0.05);
+    d = carve(d, ellipsoid(rolled(m - vec{0.280, 0.045, 0.50}, -14), {0, 0, 0}, {0.185, 0.155, 0.46}), 0.05);
     const double hole = join(ellipsoid(rolled(m - vec{0.052, -0.215, 0.58}, 12), {0, 0, 0}, {0.050, 0.085, 0.16}),
                              ellipsoid(p, {0, -0.11, 0.60}, {0.040, 0.085, 0.12}), 0.05);
     d = carve(d, hole, 0.03);
@@ -226,7 +226,7 @@ double skull(vec at) {
     d = carve(d, ellipsoid(m, {0.38, -0.33, 0.50}, {0.10, 0.10, 0.12}), 0.12);
     d = join(d, teeth(p, -0.475, 1), 0.018);
     double lower = jaw(p, m);
-    lower = join(lower, teeth(p, -0.612, -1), 0.018);
+    lower = join(lower, teeth(p, -0.602, -1), 0.018);
     d = std::min(d, lower);
     const double seam = std::abs(fractal({p.x * 22, p.y * 22, 3}, 2) * 0.03 + p.x);
     d += 0.006 * smoothstep(0.006, 0.0, seam) * smoothstep(0.45, 0.55, p.y);

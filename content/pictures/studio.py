@@ -57,7 +57,8 @@ def heightfield(heights, width, depth):
 # From here on: inside Blender.
 
 
-def mesh(name, vertices, quads, material, smooth=True):
+def mesh(name, vertices, quads, material, smooth=True, paint=None):
+    """Adds a solid; paint is a colour for each vertex, which the material gets from painted()."""
     import bpy
     data = bpy.data.meshes.new(name)
     data.vertices.add(len(vertices))
@@ -71,6 +72,9 @@ def mesh(name, vertices, quads, material, smooth=True):
     data.polygons.foreach_set("use_smooth", numpy.full(len(quads), smooth))
     data.update(calc_edges=True)
     data.materials.append(material)
+    if paint is not None:
+        coat = data.color_attributes.new("paint", "FLOAT_COLOR", "POINT")
+        coat.data.foreach_set("color", numpy.c_[paint, numpy.ones(len(paint))].astype(numpy.float32).ravel())
     return put(name, data)
 
 
@@ -95,6 +99,15 @@ def matter(name, colour, roughness=0.5, metallic=0.0, **inputs):
     shader.inputs["Metallic"].default_value = metallic
     for socket, value in inputs.items():
         shader.inputs[socket.replace("_", " ")].default_value = value
+    return material
+
+
+def painted(material):
+    """The material takes its colour from the paint of the mesh."""
+    nodes, links = material.node_tree.nodes, material.node_tree.links
+    coat = nodes.new("ShaderNodeVertexColor")
+    coat.layer_name = "paint"
+    links.new(coat.outputs["Color"], nodes["Principled BSDF"].inputs["Base Color"])
     return material
 
 
