@@ -101,14 +101,18 @@ def petal(canvas, alpha, centre, half, turn, colours, x, y):
     return art.mix(canvas, tint, inside), numpy.maximum(alpha, inside)
 
 
-def bloom(canvas, alpha, at, size, turn, x, y, random):
+CRIMSON = ((0.26, 0.0, 0.02), (0.86, 0.05, 0.09), (1.0, 0.60, 0.46))
+CREAM = ((0.50, 0.22, 0.08), (1.0, 0.78, 0.50), (1.0, 0.98, 0.86))
+
+
+def bloom(canvas, alpha, at, size, turn, petals, x, y, random):
     """A rose from outside inwards: rings of petals, each over the one before."""
     for ring, (reach, half, count) in enumerate(((0.62, 0.52, 6), (0.48, 0.46, 5), (0.34, 0.38, 5), (0.20, 0.30, 4), (0.09, 0.20, 3), (0.03, 0.11, 2))):
         for number in range(count):
             a = turn + ring * 0.7 + 2 * numpy.pi * number / count + random.uniform(-0.15, 0.15)
             centre = at[0] + reach * size * numpy.cos(a), at[1] + reach * size * numpy.sin(a)
             light = 0.75 + 0.35 * (-0.5 * numpy.cos(a) - 0.6 * numpy.sin(a))
-            colours = [numpy.array(c) * light for c in ((0.20, 0.0, 0.015), (0.74, 0.03, 0.06), (1.0, 0.42, 0.30))]
+            colours = [numpy.array(c) * light for c in petals]
             canvas, alpha = petal(canvas, alpha, centre, (half * size, half * size * 1.15), a, colours, x, y)
     return canvas, alpha
 
@@ -117,7 +121,8 @@ def leaf(canvas, alpha, at, size, turn, x, y):
     dx, dy = x - at[0], y - at[1]
     c, s = numpy.cos(turn), numpy.sin(turn)
     along, across = (dx * c + dy * s) / size, (-dx * s + dy * c) / size
-    wide = 0.42 * numpy.sin(numpy.pi * numpy.clip(along, 0, 1)) ** 0.8
+    part = numpy.clip(along, 0, 1)
+    wide = 0.62 * part ** 0.7 * (1 - part) ** 0.9
     inside = art.smooth(0.03, -0.03, abs(across) - wide) * (along > 0) * (along < 1)
     vein = numpy.exp(-(across / 0.035) ** 2) + 0.5 * numpy.exp(-((abs(across) * 1.2 - along * 1.0) % 0.22 / 0.03) ** 2)
     tint = art.mix((0.03, 0.16, 0.07), (0.257, 0.596, 0.31), numpy.clip(0.5 + across * 1.6, 0, 1))
@@ -141,20 +146,23 @@ def roses():
     for rim, inwards, shift in lines:
         for number in range(4):
             centre = (number + 0.5) * period / 4 + shift
-            items.append(("bloom", centre, rim + inwards * 0.5, random.uniform(10.2, 11.2), random.uniform(0, 6)))
+            size = random.uniform(11.6, 12.4) if number % 2 else random.uniform(9.6, 10.2)
+            items.append((CRIMSON if number % 2 else CREAM, centre, rim + inwards * (size - 10.5), size, random.uniform(0, 6)))
             for away in (-1, 1):
-                for reach, lift in ((9, 0.35), (20, -0.35), (30, 0.4)):
+                for reach, lift in ((8, 0.45), (15, -0.5), (26, 0.35), (36, -0.35)):
                     turn = (0 if away > 0 else numpy.pi) + lift * inwards * away + random.uniform(-0.2, 0.2)
-                    items.append(("leaf", centre + away * reach, rim + inwards * random.uniform(-1, 2), random.uniform(13, 17), turn))
-    for kind, cx, cy, size, turn in sorted(items, key=lambda item: item[0] != "leaf"):
+                    items.append((None, centre + away * reach, rim + inwards * random.uniform(-1, 2), random.uniform(14, 19), turn))
+    for petals, cx, cy, size, turn in sorted(items, key=lambda item: item[0] is not None):
         state = random.bit_generator.state
         for wrap in (-period, 0, period):
             if -40 < cx + wrap < period + 40:
                 random.bit_generator.state = state
-                if kind == "leaf":
-                    canvas, alpha = leaf(canvas, alpha, (cx + wrap, cy), size, turn, x, y)
+                window = (slice(None), slice(max(0, int((cx + wrap - 40) * scale / 1.75)), max(0, int((cx + wrap + 40) * scale / 1.75))))
+                place = (canvas[window], alpha[window], (cx + wrap, cy), size, turn)
+                if petals is None:
+                    canvas[window], alpha[window] = leaf(*place, x[window], y[window])
                 else:
-                    canvas, alpha = bloom(canvas, alpha, (cx + wrap, cy), size, turn, x, y, random)
+                    canvas[window], alpha[window] = bloom(*place, petals, x[window], y[window], random)
     alpha = alpha.reshape(height, scale, width, scale).mean((1, 3))
     weighted = (canvas * 1.0).reshape(height, scale, width, scale, 3).mean((1, 3))
     colour = numpy.clip(weighted / numpy.maximum(alpha, 0.02)[..., None], 0, 1)
