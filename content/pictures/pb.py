@@ -14,7 +14,7 @@ EYE = (-1.1, 0.0, 3.0)
 
 def scene():
     import bpy
-    steel = studio.matter("steel", (0.20, 0.15, 0.12), 0.34, 1.0)
+    steel = studio.matter("steel", (0.055, 0.042, 0.034), 0.36, 1.0)
     turn, r = numpy.meshgrid(numpy.linspace(0, 2 * numpy.pi, 513)[:-1], numpy.linspace(0, 1, 420) ** 0.8 * 22)
     random = numpy.random.default_rng(5)
     cut = numpy.interp(r, numpy.linspace(0, 22, 550), random.standard_normal(550).cumsum() * 0.004)

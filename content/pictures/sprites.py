@@ -42,7 +42,7 @@ def chargen():
     down = numpy.tile((numpy.arange(CELL[1]) + 0.5) / CELL[1], 4)[:, None]
     fall = art.smooth(0.12, 0.80, down) + 0 * sheet
     band = numpy.exp(-((down - 0.47) / 0.018) ** 2) + 0 * sheet
-    fill = art.mix((0.82, 0.90, 0.62), (0.46, 0.10, 0.60), fall)
+    fill = art.mix((0.84, 0.92, 0.62), (0.36, 0.06, 0.60), fall)
     fill = art.mix(fill, (0.30, 0.05, 0.50), 0.55 * band)
     art.save(sprite(fill * sheet[..., None] ** 0.35, sheet), "chargen.png")
 

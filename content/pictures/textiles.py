@@ -102,14 +102,15 @@ def cells(size, count, seed, stretch):
 
 
 def bubbles():
-    """Juice bags: long from the middle to the rind, lit through, a glint on each."""
+    """Juice bags: long from the middle to the rind, a glint on each. The slice shows them up to three times as
+    bright: far more red than green keeps it orange, dark walls keep the bags apart."""
     size = 128
     first, second = cells(size, 34, 23, 0.42)
     wall = art.smooth(0.0, 0.055, second - first)
     plump = numpy.clip(1 - first / 0.13, 0, 1)
-    body = art.mix((0.50, 0.10, 0.005), (1.0, 0.50, 0.10), plump ** 0.7)
+    body = art.mix((0.34, 0.045, 0.0), (0.94, 0.33, 0.03), plump ** 0.7)
     glint = numpy.exp(-((numpy.roll(numpy.roll(first, 3, 0), 4, 1)) / 0.022) ** 2)
-    picture = art.mix((1.0, 0.66, 0.30), body, wall) + 0.55 * glint[..., None] * numpy.array((1.0, 0.85, 0.55))
+    picture = art.mix((0.10, 0.012, 0.0), body, wall) + 0.55 * glint[..., None] * numpy.array((0.9, 0.55, 0.25))
     picture = picture * (1 + 0.06 * art.tilenoise(size, size, 1.0, 24, 3)[..., None])
     art.save(picture, "bubbles.jpg", 95)
 
@@ -123,7 +124,7 @@ def jeans():
     across = numpy.sin(2 * numpy.pi * (6 * x + 2 * y + 1.5 * bend)) * 0.5
     fuzz = art.tilenoise(size, size, 0.7, 34, 8)
     value = numpy.clip(0.42 + 0.22 * strands + 0.10 * across + 0.08 * fuzz, 0, 1)
-    art.save(art.mix((0.10, 0.015, 0.0), (0.98, 0.52, 0.18), value), "jeans.jpg", 95)
+    art.save(art.mix((0.03, 0.003, 0.0), (0.62, 0.20, 0.03), value), "jeans.jpg", 95)
 
 
 def make():
