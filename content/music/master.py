@@ -14,10 +14,10 @@ TARGET = -14.0  # LUFS, integrated
 CEILING = -1.8  # dBTP before encoding; the codec adds a little
 QUALITY = "6"
 DRIVE = 0.8  # how far the mix goes into the soft clipper before the limiter
-FADERS = {"bass": -1.0, "pads": 0.0, "keys": 0.0, "lead": 1.0, "perc": 0.0}  # dB by stem
+FADERS = {"drums": -2.0, "bass": 0.0, "pads": 3.0, "keys": 3.0, "lead": 1.5, "perc": 4.0, "fx": 0.5}  # dB by stem
 DUCK = {"bass": 5.0, "pads": 5.0, "keys": 3.0, "fx": 2.0, "lead": 1.0}  # dB by which a full kick pushes the stem down
 DUCKERS = {"kick", "hit"}
-AIR = 2.5  # dB above some 6 kHz
+SHELVES = [("low", 95, -2.0), ("high", 1900, 3.0), ("high", 7500, 1.5)]  # Hz, dB: the tone of the whole
 DUCK_RETURN = 0.16  # seconds
 
 
@@ -57,11 +57,20 @@ def fader(stem, rides):
     return db(moves + FADERS.get(stem, 0))
 
 
+def shelf(kind, hz, level):
+    """Second-order section of a shelf of that many dB, half of it reached at `hz`."""
+    a, w = db(level / 2), 2 * np.pi * hz / RATE
+    sign = 1 if kind == "low" else -1
+    alpha, c = np.sin(w) / np.sqrt(2) * 2 * np.sqrt(a), sign * np.cos(w)
+    numerator = a * np.array([a + 1 - (a - 1) * c + alpha, sign * 2 * (a - 1 - (a + 1) * c), a + 1 - (a - 1) * c - alpha])
+    denominator = np.array([a + 1 + (a - 1) * c + alpha, -sign * 2 * (a - 1 + (a + 1) * c), a + 1 + (a - 1) * c - alpha])
+    return np.concatenate([numerator, denominator]) / denominator[0]
+
+
 def equalise(x):
-    """Rumble out, a little air in."""
-    x = signal.sosfilt(signal.butter(2, 27, "high", fs=RATE, output="sos"), x, axis=0)
-    air = signal.sosfilt(signal.butter(1, 5500, "high", fs=RATE, output="sos"), x, axis=0)
-    return x + air * (db(AIR) - 1)
+    """Rumble out, then the shelves."""
+    rumble = signal.butter(2, 27, "high", fs=RATE, output="sos")
+    return signal.sosfilt(np.vstack([rumble, *(shelf(*s) for s in SHELVES)]), x, axis=0)
 
 
 def mono_low(x, hz=130):

@@ -7,7 +7,7 @@ instr bass
   a2 vco2 0.35, p4 * 1.004, 2, 0.4
   aS oscili 0.6, p4, giSine
   kC expseg 1, 0.22, 0.22, 2, 0.1
-  aF moogladder a1 + a2, 110 + p4 + 3000 * kC * iBright * p5, 0.3
+  aF moogladder a1 + a2, 160 + p4 * 2 + 4500 * kC * iBright * p5, 0.3
   place tanh((aF + aS) * 1.3) * kE * p5 * 0.42, 0, 0, 0
 endin
 
@@ -29,7 +29,7 @@ instr growl
   aC oscili 1, p4 + aM, giSine
   a2 vco2 0.5, p4 * 1.003
   kC expseg 1, 0.2, 0.2, 1, 0.12
-  aF moogladder tanh((aC + a2) * 2), 180 + p4 + 3600 * kC * iBright * p5, 0.45
+  aF moogladder tanh((aC + a2) * 2), 220 + p4 * 2 + 5000 * kC * iBright * p5, 0.45
   aS oscili 0.7, p4, giSine
   place tanh((aF * 0.8 + aS) * 1.3) * kE * p5 * 0.42, 0, 0, 0
 endin
@@ -42,7 +42,7 @@ instr reese
   a2 vco2 0.4, p4 * 0.992
   a3 vco2 0.3, p4 * 2.003
   kL lfo 0.4, 0.42
-  aF moogladder a1 + a2 + a3, 240 + 1500 * iBright * (1 + kL), 0.2
+  aF moogladder a1 + a2 + a3, 320 + 2600 * iBright * (1 + kL), 0.2
   aH buthp aF, 90
   aS oscili 0.75, p4, giSine
   aD delay aH, 0.009

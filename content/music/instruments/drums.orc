@@ -3,7 +3,7 @@
 instr kick
   p3 = 0.42
   kF expseg 300, 0.016, 102, 0.07, 54, 0.3, 46
-  kE expseg 1, 0.11, 0.62, 0.26, 0.002, 1, 0.001
+  kE expseg 1, 0.1, 0.5, 0.22, 0.002, 1, 0.001
   aB oscili kE, kF, giSine, 0.25
   aN noise 1, 0
   kC expseg 1, 0.007, 0.001, 1, 0.001

@@ -3,9 +3,9 @@
 ; Electric piano: two-operator FM with a bell that fades first.
 instr epiano
   kE expsegr 1, 0.9, 0.45, 3, 0.05, 0.25, 0.001
-  kI expseg 1.5 * p5, 0.25, 0.5 * p5, 3, 0.1
+  kI expseg 2.2 * p5, 0.3, 0.9 * p5, 3, 0.2
   aM oscili kI * p4, p4, giSine
-  kT expseg 1.1 * p5, 0.05, 0.1, 1, 0.01
+  kT expseg 1.8 * p5, 0.06, 0.15, 1, 0.01
   aT oscili p4 * kT, p4 * 14, giSine
   aC oscili 1, p4 + aM + aT, giSine
   kL lfo 0.14, 4.4

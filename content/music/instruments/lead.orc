@@ -57,8 +57,8 @@ instr lead
   a2 vco2 0.3, kF * 1.006
   a3 vco2 0.3, kF * 0.994
   kC expseg 1, 0.35, 0.6, 3, 0.5
-  aL moogladder a1 + a2, 600 + p4 * 1.5 + 4200 * p5 * kC, 0.15
-  aR moogladder a1 + a3, 600 + p4 * 1.5 + 4200 * p5 * kC, 0.15
+  aL moogladder a1 + a2, 1200 + p4 * 2 + 6000 * p5 * kC, 0.15
+  aR moogladder a1 + a3, 1200 + p4 * 2 + 6000 * p5 * kC, 0.15
   iAng = (p6 + 1) * 0.7853981634
   wide aL * kE * p5 * 0.748 * cos(iAng), aR * kE * p5 * 0.748 * sin(iAng), 0.2, 0.22
 endin

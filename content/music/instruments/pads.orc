@@ -10,7 +10,7 @@ instr pad
   a1 vco2 0.3, p4 * (1 + k1)
   a2 vco2 0.3, p4 * (1.004 + k2)
   a3 vco2 0.3, p4 * (0.996 - k2)
-  kC = 400 + 4200 * iBright * (1 + kB)
+  kC = 600 + 6500 * iBright * (1 + kB)
   aL butlp a1 + a2, kC
   aR butlp a1 + a3, kC
   aL buthp aL, 160
@@ -31,7 +31,7 @@ instr strings
   aN noise 0.012, 0
   aS = a1 + a2 + butbp(aN, 5000, 4000)
   aB butbp aS, 520, 300
-  aF butlp aS * 0.8 + aB * 0.5, 900 + 4600 * iBright
+  aF butlp aS * 0.8 + aB * 0.5, 1200 + 6500 * iBright
   aF buthp aF, 170
   place aF * kE * p5 * 0.143, p6, 0.28, 0
 endin

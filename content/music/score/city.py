@@ -79,8 +79,8 @@ def rock(p):
         p.pattern("snare", bar, "........X......-", vel=0.95, extra=(0.35,))
         p.pattern("hat", bar, "x..xx..xx..xx.xx", vel=0.45, pan=0.3, human=0.003)
         p.pattern("metal", bar, "....x..x....x.x.", note="A4", vel=0.4, pan=-0.5, extra=(0.2,))
-    p.melody("brass", 161, "D4:1 E4:.5 F4:1.5 | r:2 r:1 F4:.5 G4:.5 | A4:1.5 G4:.5 r:3 | "
-             "Eb4:1 F4:.5 G4:1 r:.5 r:1 | C4:1 D4:.5 Eb4:1.5", vel=0.75, pan=-0.2)
+    p.melody("brass", 161, "D4:1 E4:.5 F4:1.5 r:3 F4:.5 G4:.5 A4:1.5 G4:.5 | Bb4:1 A4:.5 G4:1.5 | "
+             "Eb4:1 F4:.5 G4:1.5 r:1 C4:.5 D4:.5 | C#4:1 E4:1", vel=0.75, pan=-0.2)
     for beat in (164, 169, 172, 177):
         p.play("swell", beat - 0.5, 1.5, vel=0.5)
     p.pattern("tom", 179, "xxXX", note="D2", vel=0.9)
@@ -124,13 +124,15 @@ def machine(p):
     line = "C6:1 Bb5:.5 Ab5:1.5 G5:1 | Ab5:1 G5:.5 F5:1.5 C5:1 | D5:1 F5:.5 G5:1.5 Bb5:1 | A5:1 G5:.5 E5:.5 C#5:.5 E5:.5 G5:.5 Bb5:.5"
     p.melody("lead", 192, line, vel=0.75, pan=-0.1)
     p.melody("brass", 192, "Ab3:4 F3:4 G3:4 A3:4", vel=0.6, pan=0.1)
-    p.play("riser", 204, 4, "A3", 0.7)
-    p.pattern("snare", 206, "x.x.xxxx", vel=0.7)
+    p.play("riser", 204, 3.75, "A3", 0.7)
+    p.pattern("snare", 206, "x.x.xx..", vel=0.7)
 
 
 def still(p):
     """208 - 212: a stop; the phone asks twice; a swell out of the white."""
-    p.play("hit", 208, vel=0.7, extra=(0.6,))
+    p.play("hit", 208, vel=0.75, extra=(0.6,))
+    p.play("clap", 208, vel=0.9, extra=(0.6,))
+    p.play("rim", 208, vel=0.9)
     p.play("bell", 208, 3, "D4", 0.35)
     p.chords("glass", 208.2, "Dsus2:3.4", vel=0.22, centre=70)
     p.play("keytone", 209, 0.4, "A5", 0.4, extra=(1.5,))

@@ -94,7 +94,7 @@ def both(p):
 
 def let_go(p):
     """368 - 384: the answer once more; voices leave one by one; the last chord is major, the phone says good night."""
-    last = transposed("Dm9:4 Bbmaj9:4 Gm9:2 C9sus4:2 A7sus4:4", UP)
+    last = transposed("Dm9:4 Bbmaj9:4 Gm9:2 C9sus4:2 A7sus4:3 A7:1", UP)
     p.play("hit", 368, vel=0.55)
     p.play("crash", 368, vel=0.6)
     p.pattern("kick", 368, "X.....x...X....." "X.........X.....", vel=0.8)

@@ -1,7 +1,6 @@
 """Beats 212 to 288: the jelly, the explosion, the face, the stars."""
 
-from score.themes import B, B_CHORDS, SEVEN, SEVEN_CHORDS
-from notation import transposed
+from score.themes import SEVEN, SEVEN_CHORDS
 
 JELLY = " ".join([SEVEN_CHORDS] * 2)
 
@@ -74,16 +73,16 @@ def explosion(p):
 
 def face(p):
     """256 - 273: after the blast wide pads, now in E minor and G; theme B at half speed; half time from 260."""
-    wide = "Cmaj9:4 G/B:4 Am9:4 D9sus4:5"
+    wide = "Cmaj9:4 G/B:4 Am9:4 D9sus4:2 D9:3"
     p.play("blast", 256, 10, vel=0.9)
     p.play("hit", 256, vel=0.9, extra=(0.5,))
     p.chords("pad", 256, wide, vel=0.55, centre=64, extra=(0.3,))
     p.chords("choir", 256, wide, vel=0.42, centre=66, extra=(0.5,))
-    p.chords("glass", 257, "Cmaj9:3 G/B:4 Am9:4 D9sus4:5", vel=0.22, centre=79)
+    p.chords("glass", 257, "Cmaj9:3 G/B:4 Am9:4 D9sus4:2 D9:3", vel=0.22, centre=79)
     p.riff("sub", 256, "Cmaj9:4 G/B:4 Am9:4 D9sus4:4", "R_______________", vel=0.65, lowest=28)
     p.play("sub", 272, 0.95, "D2", 0.6)
-    for beat, symbol in ((256, "Cmaj9"), (260, "G/B"), (264, "Am9"), (268, "D9sus4"), (272, "D9sus4")):
-        p.chords("epiano", beat, f"{symbol}:{4 if beat < 272 else 1}", vel=0.75, centre=64)
+    for beat, symbol in ((256, "Cmaj9"), (260, "G/B"), (264, "Am9"), (268, "D9sus4"), (272, "D9")):
+        p.chords("epiano", beat, f"{symbol}:{4 if beat < 268 else 1.8 if beat < 272 else 1}", vel=0.75, centre=64)
     for bar in (260, 264, 268):
         p.pattern("softkick", bar, "X.........x.....", vel=0.85)
         p.pattern("snare", bar, "........x.......", vel=0.45, extra=(0.6,))
@@ -91,7 +90,7 @@ def face(p):
     p.play("softkick", 272, vel=0.7)
     p.melody("voice", 260, "D5:3 G5:1 | B5:4 | A5:1.5 G5:.5 F#5:2", vel=0.7)
     p.melody("musicbox", 258, "G5:.5 B5:.5 D6:.5 E6:.5 | F#6:1 D6:1 B5:1 A5:1 | G5:1 B5:1 C6:1 E6:1 | "
-             "D6:1 A5:1 G5:1 E5:1 | D5:1", vel=0.45, pan=0.2, human=0.004)
+             "D6:1 A5:1 F#5:1 E5:1 | D5:1", vel=0.45, pan=0.2, human=0.004)
     p.play("swell", 270, 3, vel=0.55)
 
 

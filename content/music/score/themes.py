@@ -5,7 +5,7 @@ A_CHORDS = "Dm9:4 Bbmaj9:4 F/A:2 Gm9:2 A7sus4:2 A7:2"
 A = """D5:1 E5:.5 F5:1.5 E5:.5 C5:.5 | D5:2.5 A4:.5 C5:.5 D5:.5
      | F5:1 G5:.5 A5:1.5 G5:.5 F5:.5 | E5:1.5 D5:.5 C#5:1 A4:1"""
 A_UNDER = """r:1 A4:1 F4:1 G4:1 | F4:1.5 E4:.5 D4:1 F4:1
-     | C5:2 Bb4:1 D5:1 | D5:1 Bb4:1 A4:1 G4:1"""
+     | C5:2 Bb4:1 D5:1 | G4:1 A4:1 E4:1 G4:1"""
 
 # ... and answers (four bars).
 A2_CHORDS = "Dm9:4 Bbmaj9:4 Gm9:2 C9sus4:2 Dm9:4"
