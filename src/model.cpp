@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -129,7 +130,8 @@ void model_c::finalize_data() {
             ++out;
         }
     }
-    center /= static_cast<float>(fcnt * 3);
+    // The quotient of two zeros has a sign of its own on some processors.
+    center = fcnt > 0 ? center / static_cast<float>(fcnt * 3) : glm::vec3(NAN);
     printvec3("center", center);
     printvec3("min", min);
     printvec3("max", max);

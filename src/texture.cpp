@@ -88,6 +88,15 @@ void blitflipped(SDL_Surface* from, SDL_Surface* to) {
     }
 }
 
+// GL would read beyond the pixels of any other depth.
+bool isuploadable(const SDL_Surface* surf) {
+    const int bits = surf->format->BitsPerPixel;
+    if (bits == 24 || bits == 32)
+        return true;
+    fprintf(stderr, "no texture from %i bits a pixel\n", bits);
+    return false;
+}
+
 // The end is only seen by the read behind the last line, which stores the buffer once more; so the
 // last entry always goes, and with it a last line that has no newline.
 std::vector<char*> readlines(FILE* file) {
@@ -176,6 +185,8 @@ void texture_c::fromsurface(SDL_Surface* surf) {
 }
 
 void texture_c::fromsurface(SDL_Surface* surf, int surfflags) {
+    if (!isuploadable(surf))
+        return;
     flags = surfflags & ~TEX_RGB;
     if (surf->format->BitsPerPixel == 24)
         flags |= TEX_RGB;
@@ -186,6 +197,8 @@ void texture_c::fromsurface(SDL_Surface* surf, int surfflags) {
 }
 
 void texture_c::fromsurface_subtex(SDL_Surface* surf) {
+    if (!isuploadable(surf))
+        return;
     glBindTexture(GL_TEXTURE_2D, textureid);
     const GLenum format = surf->format->BitsPerPixel == 24 ? GL_RGB : GL_RGBA;
     glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, surf->w, surf->h, format, GL_UNSIGNED_BYTE,

@@ -39,7 +39,7 @@ public:
     void checksubtex(const char* fn);
 
     // Makes a new 2D texture of a 24- or 32-bit surface as it lies in memory (no flip): linear and
-    // clamped, or by the filter and wrap bits of surfflags.
+    // clamped, or by the filter and wrap bits of surfflags. Surfaces of other depths are refused.
     void fromsurface(SDL_Surface* surf);
     void fromsurface(SDL_Surface* surf, int surfflags);
 

@@ -18,8 +18,14 @@ constexpr int capture_h = 480;
 constexpr int maxshots = 4;
 SDL_Surface* shots[maxshots];
 
+// Bytes R, G, B, unused: the order in which GL reads and writes pixels. SDL's own default is the
+// other way round and would swap red and blue.
+SDL_Surface* newsurface(int w, int h) {
+    return SDL_CreateRGBSurface(SDL_SWSURFACE, w, h, 32, 0xFF, 0xFF00, 0xFF0000, 0);
+}
+
 SDL_Surface* newreadback() {
-    return SDL_CreateRGBSurface(SDL_SWSURFACE, video_w, video_h, 32, 0xFF, 0xFF00, 0xFF0000, 0);
+    return newsurface(video_w, video_h);
 }
 
 Uint8* row(SDL_Surface* surface, int y) {
@@ -60,7 +66,7 @@ SDL_Surface* averageshots(int framecount) {
 } // namespace
 
 void take_screenshot() {
-    screenshot_surface = SDL_CreateRGBSurface(SDL_SWSURFACE, capture_w, capture_h, 32, 0, 0, 0, 0);
+    screenshot_surface = newsurface(capture_w, capture_h);
     SDL_Surface* desktop = port_grabdesktop(capture_w, capture_h);
     if (!desktop)
         return;

@@ -3,8 +3,8 @@
 
 #include <SDL.h>
 
-// The desktop, 854 x 480, 32 bits per pixel, bottom row first (upright as a GL texture). Black
-// where there was none to capture.
+// The desktop, 854 x 480, 32 bits per pixel, bytes R, G, B, unused, bottom row first: upright and
+// in its own colours as a GL texture. Black where there was none to capture.
 extern SDL_Surface* screenshot_surface;
 
 // Captures the top left 854 x 480 pixels of the desktop into screenshot_surface. Silent when there

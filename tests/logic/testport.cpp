@@ -79,6 +79,7 @@ float port_framehold() {
     return testport.framehold;
 }
 
-SDL_Surface* port_grabdesktop(int, int) {
+SDL_Surface* port_grabdesktop(int width, int height) {
+    note("port_grabdesktop(" + std::to_string(width) + ", " + std::to_string(height) + ")");
     return testport.desktop;
 }
