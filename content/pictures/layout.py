@@ -1,8 +1,20 @@
 """Where things lie in the pictures that the code cuts up: known to those who paint and to those who check."""
 
-# The order of the glyph sheet: 32 cells to a row, 97 in all; blanks and the diaeresis stay empty.
-GLYPHS = ("@abcdefghijklmnopqrstuvwxyz[$]^^ " + "".join(map(chr, range(0x21, 0x40))) + "-"
-          + "ABCDEFGHIJKLMNOPQRSTUVWXYZ" + "+ |  \u00a8")
+import ast
+import os
+import re
+
+
+def glyphs():
+    """The order of the glyph sheet, as the code that looks glyphs up has it."""
+    source = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "src", "glyphs.cpp")
+    with open(source, encoding="utf-8") as file:
+        literals = re.search(r"\bfont = (.*?);\n", file.read(), re.S).group(1)
+    return "".join(ast.literal_eval(piece) for piece in re.findall(r'U("(?:[^"\\]|\\.)*")', literals))
+
+
+# 32 cells to a row, from the top; blanks and the diaeresis stay empty.
+GLYPHS = glyphs()
 EMPTY = " \u00a8"
 CELL = (24, 96)
 
