@@ -1,4 +1,4 @@
-"""The small ones: heart, letters, roses, glyphs, the ball's bead, the ribbon's stand-in."""
+"""The small ones: heart, letters, roses, glyphs, the ball's oranges, the ribbon's stand-in."""
 
 import numpy
 from PIL import Image, ImageDraw
@@ -42,7 +42,7 @@ def chargen():
     down = numpy.tile((numpy.arange(CELL[1]) + 0.5) / CELL[1], 4)[:, None]
     fall = art.smooth(0.12, 0.80, down) + 0 * sheet
     band = numpy.exp(-((down - 0.47) / 0.018) ** 2) + 0 * sheet
-    fill = art.mix((0.84, 0.92, 0.62), (0.36, 0.06, 0.60), fall)
+    fill = art.mix((0.84, 0.92, 0.62), (0.44, 0.07, 0.60), fall)
     fill = art.mix(fill, (0.30, 0.05, 0.50), 0.55 * band)
     art.save(sprite(fill * sheet[..., None] ** 0.35, sheet), "chargen.png")
 
@@ -72,21 +72,24 @@ def gone():
 
 
 def dot():
-    """A bead that fills its square as far as a ball can. gl_PointCoord runs down where textures run up,
+    """An orange that fills its square as far as a ball can. gl_PointCoord runs down where textures run up,
     so the light that shall come from above is painted below."""
     x, y = art.grid(64, 64)
     x, y = x * 2 - 1, y * 2 - 1
-    power = 3.0
+    power = 2.65
     r = (abs(x) ** power + abs(y) ** power) ** (1 / power)
     z = numpy.sqrt(numpy.clip(1 - numpy.clip(r, 0, 1) ** 2, 0, 1))
     light = numpy.array((-0.42, 0.52, 0.745))
     diffuse = numpy.clip(x * light[0] + y * light[1] + z * light[2], 0, 1)
     rim = numpy.exp(-((r - 0.93) / 0.07) ** 2) * art.smooth(0.2, -0.7, x * light[0] + y * light[1])
     shine = numpy.exp(-((x + 0.34) ** 2 + (y - 0.42) ** 2) * 22)
-    value = 0.16 + 0.84 * diffuse ** 0.85 + 0.20 * rim + 0.5 * shine
-    value = value * art.smooth(1.01, 0.94, r)
-    warm = numpy.dstack([value, value * (0.92 + 0.08 * shine), value * (0.75 + 0.25 * shine)])
-    art.save(sprite(warm, art.smooth(1.01, 0.97, r)), "dot.png")
+    pores = art.blur(numpy.random.default_rng(14).standard_normal((64, 64)), 1.1) * 3
+    pores = (pores - numpy.roll(pores, 1, 0) - numpy.roll(pores, -1, 1) + numpy.roll(numpy.roll(pores, 1, 0), -1, 1)) * z
+    lit = numpy.clip(0.10 + 0.90 * diffuse + 0.05 * pores, 0, 1)
+    heat = 0.30 + 0.70 * lit
+    glowing = numpy.dstack([0.25 + 0.75 * lit, 0.86 * heat * (0.18 + 0.82 * lit), 0.15 + 0.85 * lit])
+    glowing = glowing + (0.35 * rim)[..., None] * numpy.array((1.0, 0.35, 0.1)) + (0.6 * shine)[..., None]
+    art.save(sprite(glowing * art.smooth(1.01, 0.95, r)[..., None], art.smooth(1.01, 0.97, r)), "dot.png")
 
 
 def petal(canvas, alpha, centre, half, turn, colours, x, y):
