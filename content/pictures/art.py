@@ -10,6 +10,8 @@ import numpy
 from PIL import Image, ImageDraw, ImageFile, ImageFont
 from scipy import ndimage
 
+import layout
+
 ImageFile.MAXBLOCK = 1 << 24  # the encoder needs room for its whole output
 
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
@@ -24,15 +26,9 @@ PALE = (0.70, 1.0, 0.60)
 UMBER = (0.10, 0.02, 0.0)
 NIGHT = (0.010, 0.014, 0.020)
 
-FACES = {
-    "bold": "/usr/share/fonts/opentype/yanone-kaffeesatz/YanoneKaffeesatz-Bold.otf",
-    "regular": "/usr/share/fonts/opentype/yanone-kaffeesatz/YanoneKaffeesatz-Regular.otf",
-    "light": "/usr/share/fonts/opentype/yanone-kaffeesatz/YanoneKaffeesatz-Light.otf",
-}
-
 
 def face(weight, size):
-    return ImageFont.truetype(FACES[weight], size)
+    return ImageFont.truetype(layout.TYPE % weight.capitalize(), size)
 
 
 def linear(picture):

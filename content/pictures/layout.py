@@ -1,4 +1,4 @@
-"""Where things lie in the pictures that the code cuts up: known to those who paint and to those who check."""
+"""What those who paint and those who check both know: where things lie in pictures that the code cuts up."""
 
 import ast
 import os
@@ -25,3 +25,7 @@ LETTERS_FROM, LETTER_WIDTH = 0.01, 0.262
 WALL = (2048, 1024)
 WINDOWS = ((-140, -30), (700, 420), (450, 462), (1200, 20))
 WINDOW = (854, 480)
+
+# One family, its weight in the name, and the package that has it.
+TYPE = "/usr/share/fonts/opentype/yanone-kaffeesatz/YanoneKaffeesatz-%s.otf"
+FONTS = {"fonts-yanone-kaffeesatz": TYPE % "Bold"}

@@ -99,7 +99,7 @@ def shown(light, glow):
 
 def make():
     # Rendered at the shape that the phone shows, squeezed to that of its buffer.
-    for alight, name, exposure, glow in ((False, "vxqlogo.jpg", 1.0, 0.02), (True, "vxqlogomask.jpg", 0.5, 0.10)):
-        light = studio.shoot("logo", "scene", 1024, 576, 128, alight=alight)[..., :3]
+    for alight, name, exposure, glow in ((False, "vxqlogo.jpg", 0.42, 0.02), (True, "vxqlogomask.jpg", 0.5, 0.10)):
+        light = studio.shoot("logo", "scene", 1024, 576, 96, alight=alight)[..., :3]
         squeezed = numpy.stack([art.resized(light[..., c], 1024, 512) for c in range(3)], -1)
         art.save(art.film(shown(squeezed, glow), exposure), name, 95)

@@ -121,7 +121,7 @@ def torn():
 
 
 def make():
-    light = studio.shoot("mujuice", "scene", 1024, 576, 160)[..., :3]
+    light = studio.shoot("mujuice", "scene", 1024, 576, 128)[..., :3]
     light = light + 0.06 * art.blur(light, 8)
     squeezed = numpy.stack([art.resized(light[..., c], WIDTH, HEIGHT) for c in range(3)], -1)
     art.save(art.film(numpy.maximum(squeezed, 0), 0.9), "mujuice2.jpg", 95)

@@ -105,7 +105,7 @@ def petal(canvas, alpha, centre, half, turn, colours, x, y):
 
 
 CRIMSON = ((0.26, 0.0, 0.02), (0.86, 0.05, 0.09), (1.0, 0.60, 0.46))
-CREAM = ((0.50, 0.22, 0.08), (1.0, 0.78, 0.50), (1.0, 0.98, 0.86))
+CREAM = ((0.72, 0.40, 0.30), (1.0, 0.90, 0.78), (1.0, 1.0, 0.94))
 
 
 def bloom(canvas, alpha, at, size, turn, petals, x, y, random):
