@@ -81,8 +81,9 @@ need_packages() {
     [[ ${TARVISK_PACKAGES:-} != mine ]] || return 0
     system=$(system_kind)
     if [[ $system == unknown ]]; then
+        mapfile -t names < <(package_list debian "$@")
         give_up "This system's package manager is not known here. On Debian the packages $why are:" \
-            "$(package_list debian "$@" | xargs)" \
+            "${names[*]}" \
             "Install what corresponds to them, then say so: TARVISK_PACKAGES=mine $0"
     fi
     mapfile -t names < <(package_list "$system" "$@" | missing_packages "$system")
@@ -169,6 +170,10 @@ build() {
     [[ ${PIPESTATUS[0]} == 0 ]] || build_failed "$dir" "Building $what failed."
 }
 
+# What ./run and ./record start. A compiler of tomorrow may warn of what today's do not; that must
+# not keep a viewer from the show.
+build_show() { build build "the show" -DCMAKE_BUILD_TYPE=Release -DCMAKE_COMPILE_WARNING_AS_ERROR=OFF; }
+
 # --- sound and display ------------------------------------------------------------------------
 
 has_sound() {
@@ -182,36 +187,3 @@ has_sound() {
 }
 
 has_display() { [[ -n ${DISPLAY:-} ]] && timeout 10 xdpyinfo >/dev/null 2>&1; }
-
-virtual_display=    # process id of the X server started here
-virtual_display_dir=
-
-# Starts an X server without a screen and points DISPLAY at it; end it with stop_virtual_display.
-start_virtual_display() {
-    local size=$1 wallpaper=$2 tries
-    virtual_display_dir=$(mktemp -d)
-    Xvfb -displayfd 3 -screen 0 "${size}x24" -nolisten tcp -noreset \
-        3>"$virtual_display_dir/number" >"$virtual_display_dir/log" 2>&1 &
-    virtual_display=$!
-    for ((tries = 0; tries < 100; tries++)); do
-        [[ ! -s $virtual_display_dir/number ]] || break
-        sleep 0.1
-    done
-    DISPLAY=:$(<"$virtual_display_dir/number")
-    export DISPLAY
-    if [[ $DISPLAY == : ]]; then
-        cat "$virtual_display_dir/log" >&2
-        stop_virtual_display
-        give_up "The virtual display (Xvfb) did not start; its lines above say why."
-    fi
-    if command -v xwallpaper >/dev/null; then xwallpaper --zoom "$wallpaper"; fi ||
-        say "The virtual display keeps a plain background."
-}
-
-stop_virtual_display() {
-    [[ -n $virtual_display ]] || return 0
-    kill "$virtual_display" 2>/dev/null
-    wait "$virtual_display" 2>/dev/null
-    rm -rf "$virtual_display_dir"
-    virtual_display=
-}
