@@ -14,7 +14,7 @@ SCREEN_HALF_X, SCREEN_LOW, SCREEN_HIGH, SCREEN_Z = 25.0, 17.070831, 106.02917, 5
 HALF_X, HALF_Y, CORNER = 30.5, 61.5, 9.5
 CORNER_STEPS = 12  # even: the side charts part in the middle of each corner
 RECESS_Z, RECESS_UNDERCUT = 2.5, 0.8
-SEAM, LIP = 0.9, 1.6  # the frame's lip beside the glass, and the radius it is rounded by
+SEAM, LIP = 1.3, 2.2  # the frame's lip beside the glass, and the radius it is rounded by
 TEXTURE = 2048
 DENSITY = 12.5  # texels a unit
 
@@ -58,9 +58,9 @@ def profile():
     rise = LIP * math.sin(math.radians(lean))
     frame = [(LIP - LIP * math.cos(t), glass[-1][1] - rise + LIP * math.sin(t), math.cos(t), math.sin(t))
              for t in arc(lean, 0, 5)]
-    frame += [(LIP - LIP * math.cos(t), -1.85 + LIP * math.sin(t), math.cos(t), math.sin(t))
+    frame += [(LIP - LIP * math.cos(t), -1.6 + LIP * math.sin(t), math.cos(t), math.sin(t))
               for t in arc(0, -lean, 5)]
-    reach, depth, level = (6.0 - SEAM) / math.sin(end), 1.2, -1.85 - rise
+    reach, depth, level = (6.0 - SEAM) / math.sin(end), 1.2, -1.6 - rise
     back = [(6.0 - reach * math.sin(t), level - depth * (math.cos(t) - math.cos(end)),
              math.sin(t) / reach, -math.cos(t) / depth) for t in arc(75, 0, 8)]
     glass[0] = (2.6, SCREEN_Z, 0.0, 1.0)

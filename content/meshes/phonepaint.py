@@ -49,7 +49,7 @@ def front(x, y):
     layer.light(0.050 * smooth(28, 30, window) * (1 - smooth(52, 56, window)), (0.8, 0.92, 1.0))
     layer.light(0.018 * smooth(-52, -50, window) * (1 - smooth(-44, -40, window)), (0.8, 0.92, 1.0))
     edge = -pill(x, y, 0, phone.CENTRE_Y, phone.HALF_X, phone.HALF_Y, phone.CORNER)
-    layer.light(0.20 * np.exp(-((edge - phone.SEAM - 0.6) / 0.32) ** 2), (0.85, 0.93, 1.0))
+    layer.light(0.30 * np.exp(-((edge - phone.SEAM - 0.5) / 0.32) ** 2), (0.85, 0.93, 1.0))
     layer.light(0.05 * np.exp(-((edge - 2.5) / 0.5) ** 2))
     layer.shade(1 - 0.9 * np.exp(-((edge - phone.SEAM) / 0.12) ** 2))
     screen = pill(x, y, 0, phone.CENTRE_Y, phone.SCREEN_HALF_X, (phone.SCREEN_HIGH - phone.SCREEN_LOW) / 2, 0.0)
@@ -155,8 +155,8 @@ def brushed(run, across, seed):
     lamp = 0.80 + 0.30 * np.exp(-((t - 0.30) / 0.12) ** 2) - 0.22 * smooth(0.44, 0.54, t) + 0.16 * smooth(0.66, 0.95, t)
     layer = Layer(run, across, METAL)
     layer.shade(lamp * (1 + 0.030 * lines + 0.006 * fine) * (1 + 0.07 * np.sin(run / 9.0)))
-    for lip in (0.55, phone.FRAME_LENGTH - 0.55):
-        layer.light(0.30 * np.exp(-((across - lip) / 0.30) ** 2))
+    for lip in (0.75, phone.FRAME_LENGTH - 0.75):
+        layer.light(0.30 * np.exp(-((across - lip) / 0.50) ** 2))
     for seam in (0.0, phone.FRAME_LENGTH):
         layer.shade(1 - 0.9 * np.exp(-((across - seam) / 0.13) ** 2))
     return layer
