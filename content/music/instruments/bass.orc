@@ -61,6 +61,6 @@ instr rubber
   a1 vco2 0.5, kF, 10
   aS oscili 0.7, kF, giSine
   kC expseg 1, 0.25, 0.25, 1, 0.2
-  aF moogladder a1, 200 + 2200 * kC * p5, 0.6
+  aF moogladder a1, 300 + 4200 * kC * p5, 0.5
   place tanh((aF + aS) * 1.2) * kE * p5 * 0.42, 0, 0.02, 0
 endin

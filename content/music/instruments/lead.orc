@@ -71,6 +71,6 @@ instr brass
   a2 vco2 0.35, p4 * (1.004 - k1)
   a3 vco2 0.2, p4 * 0.5
   kC linsegr 0.15, 0.05, 1, 0.4, 0.6, 0.15, 0.1
-  aF moogladder a1 + a2 + a3, 200 + 3400 * kC * p5, 0.2
+  aF moogladder a1 + a2 + a3, 300 + 5600 * kC * p5, 0.2
   place tanh(aF * 1.4) * kE * p5 * 0.537, p6, 0.25, 0
 endin

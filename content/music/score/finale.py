@@ -3,7 +3,7 @@
 from grid import END
 from notation import transposed
 from score.city import break_beat
-from score.themes import A, A2, A2_CHORDS, A2_UNDER, A_CHORDS, A_UNDER, B, B_CHORDS, B_UNDER
+from score.themes import RING, A, A2, A2_CHORDS, A2_UNDER, A_CHORDS, A_UNDER, B, B_CHORDS, B_UNDER
 
 UP = 2  # from D minor to E minor
 A_UP, A2_UP, B_UP = (transposed(chords, UP) for chords in (A_CHORDS, A2_CHORDS, B_CHORDS))
@@ -25,13 +25,18 @@ def theme_a(p):
     p.melody("lead", 287.5, "B4:.5", vel=0.7)
     for first, chords, tune, under in ((288, A_UP, A, A_UNDER), (304, A2_UP, A2, A2_UNDER)):
         grooves(p, first, chords, 0.6)
-        break_beat(p, first, 16)
+        break_beat(p, first, 15)
+        p.pattern("snare", first + 15, "xoXX", vel=0.7)
+        p.play("kick", first + 15, vel=0.9)
+        p.pattern("hat", first, "..x." * 15, vel=0.5, pan=-0.25, extra=(0.16,))
         p.melody("lead", first, tune, vel=0.82, up=UP, pan=-0.05)
         p.melody("whistle", first, tune, vel=0.4, up=UP + 12, pan=0.2)
         p.melody("reed", first, under, vel=0.55, up=UP, pan=0.4)
         p.arp("pluck", first, chords, "0213243521", vel=0.38, centre=76, extra=(0.6,))
         p.pattern("clap", first, "....x.......x..." * 4, vel=0.7)
         p.pattern("shaker", first, "xoxo" * 16, vel=0.45, pan=-0.35, human=0.003)
+    for beat in range(300, 304, 2):
+        p.melody("ring", beat, RING, vel=0.3, up=UP, pan=-0.4, legato=0.8)
     p.play("hit", 300, vel=0.6)
     p.play("bell", 300, 4, "E5", 0.45, 0.3)
     p.arp("pluck", 300, "E5:1", "0123456789", grid=0.125, vel=0.5, centre=72, extra=(0.8,))
@@ -86,6 +91,8 @@ def both(p):
     p.melody("reed", 352, A_UNDER, vel=0.6, up=UP, pan=0.4)
     p.chords("choir", 352, A_UP, vel=0.5, centre=66, extra=(1,))
     p.arp("pluck", 352, A_UP, "0213243521", vel=0.4, centre=78, extra=(0.75,))
+    for beat in range(352, 366, 2):
+        p.melody("ring", beat, RING, vel=0.22, up=UP, pan=-0.4, legato=0.8)
     p.pattern("tom", 366, "x..x..x.x.x.X.X.", grid=0.125, note="E3", vel=0.75)
     p.play("kick", 366, vel=0.9)
     p.play("kick", 367, vel=0.9)

@@ -109,27 +109,30 @@ def call(p):
     p.chords("stab", 104, "Dm9:2 Bbmaj9:2 Gm9:1 A7:1", vel=0.25, centre=64, steps="....x..x", legato=0.8, extra=(0.4,))
     p.pattern("tooth", 108, "xoxoxoxo", note="C6", vel=0.4, pan=-0.4)
     # It runs away: climbing, faster.
-    p.play("riser", 110, 4, "D4", 0.85)
+    p.play("riser", 110, 3.75, "D4", 0.85)
     p.melody("ring", 111, RING, vel=0.8, up=2, legato=0.8, stretch=0.5)
     p.melody("ring", 112, RING, vel=0.8, up=4, legato=0.8, stretch=0.5)
     p.melody("ring", 113, RING, vel=0.8, up=7, legato=0.8, stretch=0.5)
     p.pattern("kick", 110, "X...X...X...X...", vel=0.9)
     p.pattern("snare", 110, "x...x...x.x.x.x.", vel=0.55)
-    p.pattern("snare", 113, "oooxxxXX", grid=0.125, vel=0.5)
+    p.pattern("snare", 113, "oooxxx..", grid=0.125, vel=0.5)
     p.riff("bass", 110, "A7sus4:4", "RrOrRrOrRrOrRrOr", vel=0.75, extra=(0.6,))
     p.play("hit", 112, vel=0.45)
     # Round it goes.
     p.play("hit", 114, vel=0.8)
     p.play("whoosh", 113.7, 1.4, "C5", 1.0, -0.9)
-    p.play("crash", 114, vel=0.5)
+    p.play("crash", 114, vel=0.4)
+    p.play("clap", 114, vel=0.9)
     p.play("keytone", 114, 0.7, "D7", 0.5, extra=(2,))
-    p.play("swell", 114, 1, vel=0.5)
 
 
 def white_room(p):
     """115 - 129: a breath; drums behind a wall, music box with the theme to come; 128 holds everything back."""
     air = "Bbmaj9:5 Gm9:4 A7sus4:4"
     p.play("bell", 115, 4, "D5", 0.45)
+    p.play("click", 115, 0.1, "D6", 0.9)
+    p.play("rim", 115, vel=1.0)
+    p.play("crash", 115, vel=0.5)
     p.play("hit", 115, vel=0.3, extra=(0.5,))
     p.chords("pad", 115, air, vel=0.5, centre=62, extra=(0.25,))
     p.chords("glass", 115, air, vel=0.3, centre=76)

@@ -12,11 +12,11 @@ def jelly(p):
     for i in range(8):
         at = 212 + i * 3.5
         p.pattern("wood", at, "X.x.X.x.X.xx.x", note="D4", vel=0.55, pan=-0.35)
-        p.pattern("clap", at, "....x.....x...", vel=0.5)
+        p.pattern("clap", at, "....x.....x...", vel=0.7)
     for beat in range(212, 240):
         if beat not in (224, 225):
             p.play("kick", beat, vel=0.95)
-        p.pattern("hat", beat, "o.x.", vel=0.5, pan=0.25, extra=(0.09,))
+        p.pattern("hat", beat, "o.x.", vel=0.7, pan=0.25, extra=(0.1,))
     p.pattern("shaker", 212, "xoxo" * 28, vel=0.4, pan=0.4, human=0.003)
     p.riff("rubber", 212, JELLY, "R...O.R.R...F.", vel=0.9, lowest=31)
     p.melody("marimba", 212, SEVEN, vel=0.85, pan=-0.15)
@@ -24,10 +24,11 @@ def jelly(p):
     p.melody("marimba", 226, SEVEN, vel=0.85, pan=-0.15)
     p.melody("whistle", 226, SEVEN, vel=0.75, pan=0.15)
     p.arp("pluck", 212, JELLY, "0.2.1.3.4.2.1.", vel=0.32, centre=74, extra=(0.4,))
-    p.chords("stab", 212, JELLY, vel=0.3, centre=65, steps="x...x...x.....", legato=0.9, extra=(0.35,))
+    p.chords("stab", 212, JELLY, vel=0.3, centre=65, steps="x...x...x.....", legato=1.2, extra=(0.7,))
     p.chords("pad", 226, " ".join([SEVEN_CHORDS]), vel=0.35, centre=64, extra=(0.35,))
     # Bum.
-    p.play("swell", 222.5, 1.5, vel=0.5)
+    p.play("swell", 220, 4, vel=0.6)
+    p.play("swell", 229.5, 3, vel=0.6)
     for beat, vel in ((224, 1.0), (232.5, 0.9)):
         p.play("hit", beat, vel=vel)
         p.play("kick", beat, vel=1.0)
@@ -58,6 +59,7 @@ def explosion(p):
     p.melody("brass", 240, "G4:1 A4:.5 Bb4:1.5 A4:.5 F4:.5 | A4:1 B4:.5 C5:1.5 B4:.5 G4:.5 | "
              "B4:1 C#5:.5 D5:1.5 C#5:.5 A4:.5 | D#5:1 F#5:1", vel=0.8)
     p.melody("lead", 244, "A4:1 B4:.5 C5:1.5 B4:.5 G4:.5 | B4:1 C#5:.5 D5:1.5 C#5:.5 A4:.5 | D#5:1 F#5:1", vel=0.6, up=12)
+    p.play("swell", 245, 3, vel=0.6)
     p.play("hit", 248, vel=0.7)
     p.play("crash", 248, vel=0.6)
     p.play("riser", 248, 6, "B3", 0.75)

@@ -4,8 +4,21 @@ from notation import Part
 from score import city, desktop, finale, heart, jelly
 
 
+# Fader moves: (beat, dB), straight from point to point.
+RIDES = {
+    "pads": [(0, 0), (79, 0), (80, -1), (104, 0), (114, 0), (115, -3), (127, -1), (128, 0), (160, 0), (160.5, 4),
+             (179, 4), (180, 1), (208, 1), (211, 0), (255, 0), (256, -4), (272, -4), (273, -2), (287, 1), (288, 1.5)],
+    "keys": [(0, 0), (114, 0), (115, -1.5), (128, 0), (211, 0), (212, 1.5), (240, 1.5), (241, 0)],
+    "lead": [(0, 0), (8, 0.5), (32, -0.5), (128, -0.5), (129, 0)],
+    "bass": [(0, 0), (255, 0), (256, -2), (272, -2), (273, 0)],
+    "drums": [(0, 0), (52, 0), (53, -1), (63, -1), (64, 0)],
+}
+
+
 def compose():
     part = Part()
     for act in (desktop, heart, city, jelly, finale):
         act.compose(part)
+    for stem, points in RIDES.items():
+        part.ride(stem, *points)
     return part
