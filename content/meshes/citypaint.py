@@ -583,7 +583,7 @@ def neon(ground, distance, colour):
 
 
 def paint_sign():
-    """Boards of 192 x 96: the group's letters, a sound's bars, a gear, rings."""
+    """Boards of 192 x 96: the group's letters, a sound's bars, a gear, the rings of a drop."""
     ground = Ground(65, 96, atlas.WIDTH, (0.055, 0.06, 0.07), 0.1)
     ground.shade(ground.x % 12 < 0.8, 1.6)
     x, y = ground.x - 96, 48 - ground.y
@@ -599,7 +599,7 @@ def paint_sign():
     tooth = np.abs(r - 30 - 4 * np.clip(3 * np.cos(12 * a), -1, 1)) - 2.0
     neon(ground, np.minimum(tooth, np.abs(r - 13) - 1.6), (1.0, 0.62, 0.2))
     for i in range(3):
-        neon(ground, np.abs(circle(ground.x, ground.y, 626 + i * 46, 48, 30)) - 2.0,
+        neon(ground, np.abs(circle(ground.x, ground.y, 672, 48, 36 - 12 * i)) - 2.0,
              ((0.95, 0.25, 0.2), (0.95, 0.8, 0.3), (0.2, 0.75, 0.85))[i])
     return ground.finish()
 
