@@ -98,18 +98,14 @@ int readnumber(const char* what, const char* text, int least, int most) {
 }
 
 void readeffect(const char* name, playback_s* playback) {
-    if (!playback_knowseffect(name))
+    if (!rehearsal_knowseffect(name))
         refuse("no such effect (see --list)", name);
-    playback->effect = name;
+    playback->rehearsal.effect = name;
 }
 
 void readknob(const char* text, playback_s* playback) {
-    char name[64];
-    float value = 0.0f;
-    char rest;
-    if (sscanf(text, "%63[^=]=%f%c", name, &value, &rest) != 2 || !playback_knowsknob(name))
+    if (!rehearsal_readknob(text, &playback->rehearsal))
         refuse("not a knob and its value (see --list)", text);
-    playback->knobs[name] = value;
 }
 
 void readoption(int option, const char* value, options_s* options) {
@@ -178,7 +174,7 @@ options_s readoptions(int argc, char** argv) {
     options_s options;
     for (int c; (c = getopt_long(argc, argv, "", longoptions, nullptr)) != -1;)
         readoption(c, optarg, &options);
-    if (!options.playback.effect.empty())
+    if (!options.playback.rehearsal.effect.empty())
         options.playback.start = effectstart(options.movie.from);
     const bool movie = options.stills.empty() && options.sheet.empty() && !options.events;
     if (movie && optind + 1 != argc)

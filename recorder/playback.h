@@ -6,9 +6,9 @@
 #pragma once
 
 #include "moment.h"
+#include "rehearsal.h"
 
 #include <functional>
-#include <map>
 #include <string>
 
 struct playback_s {
@@ -17,13 +17,12 @@ struct playback_s {
     long long step_numerator = 1; // seconds a frame, as a fraction
     long long step_denominator = 50;
     std::string desktop = "gfx/harmattan-home.png"; // stands for the captured desktop
-    moment_s start;                                 // where the clock starts: a beat or a time
-    std::string effect;                             // this effect alone; empty: the show
-    std::map<std::string, float> knobs;             // by name, for the effect alone
+    rehearsal_s rehearsal;                          // one effect alone; none named: the show
+    moment_s start;                                 // where the effect's clock starts
 };
 
 // Starts SDL and GL and loads the whole show. What the show itself does on a failure happens here
-// too: a line on standard error and the end of the process. Effect and knobs must exist.
+// too: a line on standard error and the end of the process. The effect and its knobs must exist.
 void playback_load(const playback_s& playback);
 
 // Called when a frame is complete: the framebuffer holds it, and timeval and beatgrid are the times
@@ -38,7 +37,3 @@ void playback_skim(bool on);
 // effect alone draws on a cleared target with the depth test on, its knobs set anew for every
 // frame.
 void playback_run(const onframe_t& onframe);
-
-// Whether there are such an effect and such a knob.
-bool playback_knowseffect(const std::string& name);
-bool playback_knowsknob(const std::string& name);

@@ -5,11 +5,15 @@
 #include <cassert>
 #include <cstdio>
 
+const char* (*shader_sourcehook)(GLenum type, const char* src) = nullptr;
+
 namespace {
 
 GLuint compile_shader(GLenum type, const char* src) {
     GLuint shader = glCreateShader(type);
     assert(shader != 0);
+    if (shader_sourcehook)
+        src = shader_sourcehook(type, src);
     glShaderSource(shader, 1, &src, nullptr);
     glCompileShader(shader);
     GLint compiled = 0;

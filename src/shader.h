@@ -10,6 +10,10 @@
 
 class texture_c;
 
+// For tools that edit shaders while they run: when set, called with every source text before it is
+// compiled, and what it returns is compiled instead.
+extern const char* (*shader_sourcehook)(GLenum type, const char* src);
+
 class shader_c {
 public:
     GLuint programid; // 0 until init

@@ -4,6 +4,7 @@
 #include "port.h"
 
 #include "eglcontext.h"
+#include "x11.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -11,6 +12,9 @@
 #include <X11/Xutil.h>
 
 namespace {
+
+int window_w = 0; // of a window instead of the full screen
+int window_h = 0;
 
 bool windowinfo(SDL_SysWMinfo* info) {
     SDL_VERSION(&info->version);
@@ -95,13 +99,20 @@ bool opencontext(const SDL_SysWMinfo& info, int width, int height) {
 
 } // namespace
 
+void x11_setwindow(int width, int height) {
+    window_w = width;
+    window_h = height;
+}
+
 void port_beforesdl() {
     // Under Wayland sessions the compatibility library would pick a driver without X windows.
     setenv("SDL_VIDEODRIVER", "x11", 0);
 }
 
 SDL_Surface* port_setvideomode(int width, int height, int depth, Uint32 flags) {
-    SDL_Surface* surface = SDL_SetVideoMode(width, height, depth, flags & ~PORT_OPENGLES);
+    SDL_Surface* surface = window_w
+                               ? SDL_SetVideoMode(window_w, window_h, depth, 0)
+                               : SDL_SetVideoMode(width, height, depth, flags & ~PORT_OPENGLES);
     if (!surface)
         return nullptr;
     SDL_SysWMinfo info{};
