@@ -59,7 +59,7 @@ def tilenoise(width, height, slope, seed, low=1.0):
     fy = numpy.fft.fftfreq(height) * height
     f = numpy.hypot(*numpy.meshgrid(fx, fy))
     f[0, 0] = 1
-    spectrum = numpy.fft.fft2(random.standard_normal((height, width))) * f ** -slope * (f >= low)
+    spectrum = numpy.fft.fft2(random.standard_normal((height, width))) * f**-slope * (f >= low)
     spectrum[0, 0] = 0
     noise = numpy.fft.ifft2(spectrum).real
     return noise / noise.std()
@@ -98,7 +98,9 @@ def grain(picture, amount, seed):
 
 
 def resized(channel, width, height):
-    return numpy.asarray(Image.fromarray(numpy.asarray(channel, numpy.float32), "F").resize((width, height), Image.LANCZOS))
+    return numpy.asarray(
+        Image.fromarray(numpy.asarray(channel, numpy.float32), "F").resize((width, height), Image.LANCZOS)
+    )
 
 
 def eightbit(picture):

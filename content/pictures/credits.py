@@ -52,7 +52,9 @@ def rules():
         cut = numpy.maximum(cut, rule(x0, x1, at, 3.0))
         cut = numpy.maximum(cut, 0.7 * rule(x0 + 30, x1 - 30, at + 10, 2.0))
     for x0, y0, y1 in ((724, 480, 880), (1286, 480, 880)):
-        cut = numpy.maximum(cut, art.smooth(4, 2.5, abs(x - x0)) * art.smooth(y0, y0 + 60, y) * art.smooth(y1, y1 - 60, y))
+        cut = numpy.maximum(
+            cut, art.smooth(4, 2.5, abs(x - x0)) * art.smooth(y0, y0 + 60, y) * art.smooth(y1, y1 - 60, y)
+        )
     return cut
 
 
@@ -75,7 +77,9 @@ def make():
         else:
             dark = numpy.maximum(dark, ink)
     dark, ember = chiselled(dark, 71), chiselled(ember, 72)
-    picture = numpy.dstack([numpy.maximum(dark, 0.15 * ember), numpy.maximum(dark, 0.76 * ember), numpy.maximum(dark, ember)])
+    picture = numpy.dstack(
+        [numpy.maximum(dark, 0.15 * ember), numpy.maximum(dark, 0.76 * ember), numpy.maximum(dark, ember)]
+    )
     edge = numpy.zeros((HEIGHT, WIDTH, 1))
     edge[8:-8, 8:-8] = 1
     art.save(picture * edge, "credits.jpg")

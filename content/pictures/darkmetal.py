@@ -31,6 +31,7 @@ def temper(distance):
 def streaks(seed, along, across):
     noise = numpy.random.default_rng(seed).standard_normal((HEIGHT, WIDTH))
     from scipy import ndimage
+
     noise = ndimage.gaussian_filter(noise, (across, along))
     return noise / noise.std()
 
@@ -47,8 +48,10 @@ def make():
     light = temper(distance)
     bank = art.smooth(-0.2, 2.0, cloud + 0.5 * billow) * art.smooth(0.0, 0.25, above) * art.smooth(0.9, 0.3, above)
     lit = numpy.clip(art.blur(billow - numpy.roll(billow, -8, 0), 2.5), -1, 1)
-    light = light * (1 - 0.55 * bank[..., None]) + (bank * (0.5 + 0.9 * lit) * numpy.exp(-distance * 3.2))[..., None] * numpy.array((0.30, 0.085, 0.02))
-    sheen = numpy.exp(-(above / 0.030) ** 2) * numpy.exp(-abs(across) * 3.0)
+    light = light * (1 - 0.55 * bank[..., None]) + (bank * (0.5 + 0.9 * lit) * numpy.exp(-distance * 3.2))[
+        ..., None
+    ] * numpy.array((0.30, 0.085, 0.02))
+    sheen = numpy.exp(-((above / 0.030) ** 2)) * numpy.exp(-abs(across) * 3.0)
     light = light + sheen[..., None] * numpy.array((0.55, 0.26, 0.07))
     below = art.smooth(0.0, -0.05, above)
     light = light * (1 - 0.75 * below[..., None])

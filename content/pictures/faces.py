@@ -29,11 +29,20 @@ def complexion(vertices):
     skin = numpy.tile((0.66, 0.40, 0.27), (len(x), 1))
     lips = art.smooth(0.8, 0.35, numpy.hypot(x / 0.205, (y + 0.530 + 0.10 * x) / 0.100)) * (z > 0.5)
     brow = spot(x, y - 0.05 * numpy.sin((x - 0.12) * 9), (0.27, 0.235), (0.14, 0.032)) * (z > 0.2)
-    lash = numpy.exp(-(((y - 0.010 - 0.9 * (x - 0.27) ** 2) / 0.016) ** 2)) * art.smooth(0.17, 0.12, abs(x - 0.27)) * (z > 0.3)
+    lash = (
+        numpy.exp(-(((y - 0.010 - 0.9 * (x - 0.27) ** 2) / 0.016) ** 2))
+        * art.smooth(0.17, 0.12, abs(x - 0.27))
+        * (z > 0.3)
+    )
     socket = spot(x, y, (0.265, 0.10), (0.17, 0.085)) * (z > 0.2)
     flush = spot(x, y, (0.40, -0.20), (0.17, 0.15)) + 0.8 * spot(x, y, (0.0, -0.24), (0.13, 0.09))
-    for share, colour in ((0.35 * flush, (0.72, 0.24, 0.14)), (0.40 * socket, (0.34, 0.17, 0.13)), (0.85 * lips, (0.50, 0.085, 0.070)),
-                          (0.88 * brow, (0.10, 0.045, 0.025)), (0.85 * lash, (0.05, 0.02, 0.012))):
+    for share, colour in (
+        (0.35 * flush, (0.72, 0.24, 0.14)),
+        (0.40 * socket, (0.34, 0.17, 0.13)),
+        (0.85 * lips, (0.50, 0.085, 0.070)),
+        (0.88 * brow, (0.10, 0.045, 0.025)),
+        (0.85 * lash, (0.05, 0.02, 0.012)),
+    ):
         skin = art.mix(skin, colour, numpy.clip(share, 0, 1)[:, None])
     return skin
 
@@ -43,7 +52,9 @@ def ivory(vertices):
     bone = numpy.tile((0.62, 0.51, 0.36), (len(x), 1))
     stain = numpy.sin(x * 7 + 1) * numpy.sin(y * 5 + 2 * x) * 0.5 + 0.5
     bone = art.mix(bone, (0.46, 0.34, 0.20), 0.35 * stain[:, None])
-    hollow = art.smooth(0.50, 0.36, z) * numpy.maximum(spot(x, y, (0.28, 0.045), (0.22, 0.20)) > 0.45, spot(x, y, (0.04, -0.19), (0.13, 0.16)) > 0.4)
+    hollow = art.smooth(0.50, 0.36, z) * numpy.maximum(
+        spot(x, y, (0.28, 0.045), (0.22, 0.20)) > 0.45, spot(x, y, (0.04, -0.19), (0.13, 0.16)) > 0.4
+    )
     bone = art.mix(bone, (0.03, 0.015, 0.008), hollow[:, None])
     tooth = (abs(y + 0.54) < 0.10) & (z > 0.42) & (x < 0.42)
     return art.mix(bone, (0.70, 0.62, 0.46), 0.6 * tooth[:, None])
@@ -53,7 +64,9 @@ def pool(shape, cell=0.01):
     water = studio.matter("water", (0.006, 0.004, 0.003), 0.06, Specular=0.9)
     solid = studio.sculpt(shape, cell)
     coat = complexion if shape == "face" else ivory
-    studio.mesh(shape, *solid, studio.painted(studio.matter(shape, (1, 1, 1), 0.40, Specular=0.45)), paint=coat(solid[0]))
+    studio.mesh(
+        shape, *solid, studio.painted(studio.matter(shape, (1, 1, 1), 0.40, Specular=0.45)), paint=coat(solid[0])
+    )
     studio.mesh("pool", *studio.sculpt(shape + "pool", 0.014), water)
     studio.camera((0.0, -0.02, 9.0), (0.0, -0.02, 0), 83)
     studio.lamp((-4.5, 3.2, 3.6), (0, 0, 0.4), art.FLASH, 520, 1.6)
@@ -65,13 +78,8 @@ def pool(shape, cell=0.01):
     studio.lamp((-1.0, 6.0, 5.0), (0, 0, 0), (1.0, 0.45, 0.16), 60, 5.0)
 
 
-def develop(shape, samples, scale=1):
-    light = studio.shoot("faces", "pool", 854 * scale, 500 * scale, samples, shape=shape)[..., :3]
-    return light
-
-
 def make():
     for shape, name in (("face", "face.jpg"), ("skull", "kallotausta.jpg")):
-        light = develop(shape, 160)
+        light = studio.shoot("faces", "pool", 854, 500, 110, shape=shape)[..., :3]
         glow = art.blur(light, 12) * 0.10
         art.save(art.grain(art.film(light + glow, 1.1), 0.012, 7), name)

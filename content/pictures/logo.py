@@ -47,6 +47,7 @@ def sign():
 
 def wall():
     import bpy
+
     steel = studio.matter("steel", (0.16, 0.15, 0.14), 0.32, 0.9, Anisotropic=0.7)
     bpy.ops.mesh.primitive_plane_add(size=1)
     plate = bpy.context.object
@@ -100,6 +101,6 @@ def shown(light, glow):
 def make():
     # Rendered at the shape that the phone shows, squeezed to that of its buffer.
     for alight, name, exposure, glow in ((False, "vxqlogo.jpg", 0.42, 0.02), (True, "vxqlogomask.jpg", 0.5, 0.10)):
-        light = studio.shoot("logo", "scene", 1024, 576, 96, alight=alight)[..., :3]
+        light = studio.shoot("logo", "scene", 1024, 576, 48, alight=alight)[..., :3]
         squeezed = numpy.stack([art.resized(light[..., c], 1024, 512) for c in range(3)], -1)
         art.save(art.film(shown(squeezed, glow), exposure), name, 95)

@@ -17,8 +17,14 @@ def turned(profile, columns=128):
     """A lathed solid: profile is (radius, height) pairs from the axis outwards and back."""
     profile = numpy.array(profile, float)
     turn = numpy.linspace(0, 2 * numpy.pi, columns, endpoint=False)
-    vertices = numpy.stack([profile[:, :1] * numpy.cos(turn), profile[:, :1] * numpy.sin(turn),
-                            numpy.repeat(profile[:, 1:], columns, 1)], -1)
+    vertices = numpy.stack(
+        [
+            profile[:, :1] * numpy.cos(turn),
+            profile[:, :1] * numpy.sin(turn),
+            numpy.repeat(profile[:, 1:], columns, 1),
+        ],
+        -1,
+    )
     corner = numpy.arange(vertices.shape[0] * columns).reshape(-1, columns)
     right = numpy.roll(corner, -1, 1)
     return vertices.reshape(-1, 3), numpy.stack([corner[:-1], right[:-1], right[1:], corner[1:]], -1).reshape(-1, 4)
@@ -39,9 +45,10 @@ def cutface(size=512, sectors=10):
     return art.mix(face, (0.95, 0.36, 0.02), art.smooth(0.93, 0.96, r))
 
 
-def painted(name, picture, **inputs):
+def laid(name, picture, **inputs):
     """A material whose colour is a picture, laid over the object's own x and y from -1 to 1."""
     import bpy
+
     height, width = picture.shape[:2]
     image = bpy.data.images.new(name, width, height, float_buffer=True)
     image.colorspace_settings.name = "Non-Color"
@@ -49,7 +56,11 @@ def painted(name, picture, **inputs):
     image.pixels.foreach_set(numpy.ascontiguousarray(pixels, numpy.float32).ravel())
     material = studio.matter(name, (1, 1, 1), **inputs)
     nodes, links = material.node_tree.nodes, material.node_tree.links
-    place, lay, paint = nodes.new("ShaderNodeTexCoord"), nodes.new("ShaderNodeMapping"), nodes.new("ShaderNodeTexImage")
+    place, lay, paint = (
+        nodes.new("ShaderNodeTexCoord"),
+        nodes.new("ShaderNodeMapping"),
+        nodes.new("ShaderNodeTexImage"),
+    )
     lay.inputs["Scale"].default_value, lay.inputs["Location"].default_value = (0.5, 0.5, 0.5), (0.5, 0.5, 0)
     paint.image = image
     links.new(place.outputs["Object"], lay.inputs["Vector"])
@@ -59,7 +70,6 @@ def painted(name, picture, **inputs):
 
 
 def peel():
-    import bpy
     rind = studio.matter("rind", (0.95, 0.26, 0.012), 0.36, Specular=0.5)
     nodes, links = rind.node_tree.nodes, rind.node_tree.links
     pores, bump = nodes.new("ShaderNodeTexNoise"), nodes.new("ShaderNodeBump")
@@ -85,16 +95,22 @@ def scene():
     table = studio.matter("table", (0.03, 0.022, 0.018), 0.14, Specular=0.6)
     studio.mesh("table", *studio.heightfield(numpy.zeros((2, 2)), 60, 60), table, False)
     glass = studio.matter("glass", (1, 1, 1), 0.0, Transmission=1.0, IOR=1.45)
-    juice = studio.matter("juice", (1.0, 0.34, 0.015), 0.12, Specular=0.5, Emission=(1.0, 0.22, 0.01, 1),
-                          Emission_Strength=0.55)  # stands in for the light that glass and pulp would pass on
+    juice = studio.matter(
+        "juice", (1.0, 0.34, 0.015), 0.12, Specular=0.5, Emission=(1.0, 0.22, 0.01, 1), Emission_Strength=0.55
+    )  # stands in for the light that glass and pulp would pass on
     outer = [(0.0001, 0), (0.60, 0), (0.66, 0.05), (0.86, 2.75), (0.87, 2.79)]
     inner = [(0.84, 2.79), (0.82, 2.75), (0.61, 0.16), (0.0001, 0.14)]
     studio.mesh("glass", *turned(outer + inner), glass)
     fill = [(0.0001, 0.145), (0.605, 0.165), (0.775, 2.20), (0.765, 2.22), (0.0001, 2.20)]
     studio.mesh("juice", *turned(fill), juice)
     straw = studio.matter("straw", (0.70, 0.90, 0.60), 0.3)
-    studio.pipe("straw", numpy.array([(-0.45, 0.2, 0.25), (0.62, -0.15, 3.0), (0.72, -0.18, 3.22), (1.35, -0.25, 3.5)]), 0.075, straw)
-    rind, flesh = peel(), painted("flesh", cutface(), roughness=0.22)
+    studio.pipe(
+        "straw",
+        numpy.array([(-0.45, 0.2, 0.25), (0.62, -0.15, 3.0), (0.72, -0.18, 3.22), (1.35, -0.25, 3.5)]),
+        0.075,
+        straw,
+    )
+    rind, flesh = peel(), laid("flesh", cutface(), roughness=0.22)
     half((-2.35, -0.2, 0.86), (68, 0, -24), rind, flesh)
     half((2.45, 0.3, 0.80), (58, 0, 28), rind, flesh)
     studio.ball("orange", 1.0, rind, (3.9, 2.2, 1.0))
@@ -121,7 +137,7 @@ def torn():
 
 
 def make():
-    light = studio.shoot("mujuice", "scene", 1024, 576, 128)[..., :3]
+    light = studio.shoot("mujuice", "scene", 1024, 576, 48)[..., :3]
     light = light + 0.06 * art.blur(light, 8)
     squeezed = numpy.stack([art.resized(light[..., c], WIDTH, HEIGHT) for c in range(3)], -1)
     art.save(art.film(numpy.maximum(squeezed, 0), 0.9), "mujuice2.jpg", 95)

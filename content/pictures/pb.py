@@ -13,7 +13,6 @@ EYE = (-1.1, 0.0, 3.0)
 
 
 def scene():
-    import bpy
     steel = studio.matter("steel", (0.055, 0.042, 0.034), 0.36, 1.0)
     turn, r = numpy.meshgrid(numpy.linspace(0, 2 * numpy.pi, 513)[:-1], numpy.linspace(0, 1, 420) ** 0.8 * 22)
     random = numpy.random.default_rng(5)
@@ -39,6 +38,6 @@ def scene():
 
 
 def make():
-    light = studio.shoot("pb", "scene", 854, 480, 160)[..., :3]
+    light = studio.shoot("pb", "scene", 854, 480, 100)[..., :3]
     light = light + 0.10 * art.blur(light, 5) + 0.10 * art.blur(light, 22) + 0.08 * art.blur(light, 70)
     art.save(art.grain(art.film(light, 0.9), 0.012, 4), "pb.jpg")

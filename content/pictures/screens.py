@@ -43,7 +43,7 @@ def cut(name, centre, side, size):
     x0, y0 = int((centre[0] - side / 2) * height), int((centre[1] - side / 2) * height)
     edge = int(side * height)
     x0, y0 = min(max(x0, 0), whole.shape[1] - edge), min(max(y0, 0), height - edge)
-    piece = whole[y0:y0 + edge, x0:x0 + edge, :3]
+    piece = whole[y0 : y0 + edge, x0 : x0 + edge, :3]
     return numpy.clip(numpy.stack([art.resized(piece[..., c], size, size) for c in range(3)], -1), 0, 1)
 
 
@@ -56,8 +56,8 @@ def tile(size, power=5.0):
 
 def lay(canvas, piece, alpha, left, top):
     height, width = alpha.shape
-    part = canvas[top:top + height, left:left + width]
-    canvas[top:top + height, left:left + width] = art.mix(part, piece, alpha)
+    part = canvas[top : top + height, left : left + width]
+    canvas[top : top + height, left : left + width] = art.mix(part, piece, alpha)
 
 
 def icon(canvas, piece, centre):
@@ -70,7 +70,11 @@ def icon(canvas, piece, centre):
     shadow[pad:-pad, pad:-pad] = art.smooth(1.0, 0.97, r)
     lay(canvas, numpy.zeros(3), 0.55 * art.blur(shadow, 6), left - pad, top - pad + 5)
     rim = art.smooth(0.90, 0.97, r)
-    piece = piece + (0.30 * rim * art.smooth(0.3, -0.9, down))[..., None] - (0.25 * rim * art.smooth(0.0, 0.9, down))[..., None]
+    piece = (
+        piece
+        + (0.30 * rim * art.smooth(0.3, -0.9, down))[..., None]
+        - (0.25 * rim * art.smooth(0.0, 0.9, down))[..., None]
+    )
     gloss = 0.10 * art.smooth(0.02, -0.02, down + 0.10 - 0.16 * (numpy.linspace(-1, 1, size)[None, :] ** 2))
     lay(canvas, numpy.clip(piece + gloss[..., None], 0, 1), art.smooth(1.0, 0.965, r), left, top)
 
@@ -88,9 +92,11 @@ def rings(centre, width=WIDTH, height=HEIGHT):
     bend = art.tilenoise(1024, 512, 2.2, 91)[:height, :width]
     d = numpy.hypot(x - centre[0], (y - centre[1]) * 1.25) / 100 + 0.10 * bend
     wave = numpy.cos(d * 9.0) * numpy.exp(-d * 0.10)
-    line = numpy.exp(-((wave - 0.55) / 0.10) ** 2) + 0.5 * numpy.exp(-((wave + 0.3) / 0.06) ** 2)
+    line = numpy.exp(-(((wave - 0.55) / 0.10) ** 2)) + 0.5 * numpy.exp(-(((wave + 0.3) / 0.06) ** 2))
     near = numpy.exp(-d * 0.42)
-    light = (line * near)[..., None] * numpy.array((0.55, 0.13, 0.015)) + (near ** 2)[..., None] * numpy.array((0.34, 0.085, 0.012))
+    light = (line * near)[..., None] * numpy.array((0.55, 0.13, 0.015)) + (near**2)[..., None] * numpy.array(
+        (0.34, 0.085, 0.012)
+    )
     cold = art.smooth(0.45, 1.15, x / width) * art.smooth(0.9, 0.2, y / height)
     light = light + (cold * (0.3 + 0.7 * line))[..., None] * numpy.array((0.006, 0.055, 0.085))
     return art.film(light + numpy.array((0.004, 0.004, 0.005)), 1.0)
@@ -101,7 +107,9 @@ def status(canvas):
     canvas[:26] *= 0.45
     write(canvas, "21:04", "bold", 23, (WIDTH / 2, 13.5), art.WINDOW, 1, 0)
     for bar in range(5):
-        canvas[20 - 3 * bar - 1:20, 16 + 6 * bar:20 + 6 * bar] = art.WINDOW if bar < 4 else numpy.array(art.WINDOW) * 0.35
+        canvas[20 - 3 * bar - 1 : 20, 16 + 6 * bar : 20 + 6 * bar] = (
+            art.WINDOW if bar < 4 else numpy.array(art.WINDOW) * 0.35
+        )
     write(canvas, "VXQ", "regular", 20, (66, 13.5), art.WINDOW, 1, 0)
     canvas[7:20, 806:836] = art.WINDOW
     canvas[8:19, 807:835] = art.NIGHT
@@ -119,22 +127,35 @@ def home():
         icon(canvas, cut(name, centre, side, size), (x, y))
         write(canvas, label, "regular", 23, (x, y + size / 2 + 15), art.WINDOW, 0.5)
     dock(canvas)
-    Image.fromarray(art.eightbit(art.grain(canvas, 0.006, 92)), "RGB").save(art.gfx("harmattan-home.png"), optimize=True)
+    Image.fromarray(art.eightbit(art.grain(canvas, 0.006, 92)), "RGB").save(
+        art.gfx("harmattan-home.png"), optimize=True
+    )
 
 
 def dock(canvas):
     """Four round keys in the palette's own colours."""
     canvas[378:] = art.mix(canvas[378:], numpy.array((0.02, 0.02, 0.022)), 0.55)
     canvas[378:379] = canvas[378:379] * 0.4 + 0.16
-    for number, (colour, paint) in enumerate(((art.GREEN, handset), (art.BLUE, envelope), (art.FLASH, globe), (art.EMBER, note))):
+    for number, (colour, paint) in enumerate(
+        ((art.GREEN, handset), (art.BLUE, envelope), (art.FLASH, globe), (art.EMBER, note))
+    ):
         size = 70
         axis = (numpy.arange(size) + 0.5) / size * 2 - 1
         u, v = numpy.meshgrid(axis, axis)
         r = numpy.hypot(u, v)
-        face = numpy.array(colour) * (1.05 - 0.45 * (v * 0.5 + 0.5))[..., None] + 0.25 * (art.smooth(0.85, 0.96, r) * (v < 0))[..., None]
+        face = (
+            numpy.array(colour) * (1.05 - 0.45 * (v * 0.5 + 0.5))[..., None]
+            + 0.25 * (art.smooth(0.85, 0.96, r) * (v < 0))[..., None]
+        )
         sign = paint(u, v)
         face = art.mix(face, numpy.array(art.WINDOW), sign)
-        lay(canvas, numpy.clip(face, 0, 1), art.smooth(0.99, 0.94, r), int(WIDTH / 2 + (number - 1.5) * 150 - size / 2), 394)
+        lay(
+            canvas,
+            numpy.clip(face, 0, 1),
+            art.smooth(0.99, 0.94, r),
+            int(WIDTH / 2 + (number - 1.5) * 150 - size / 2),
+            394,
+        )
 
 
 def soft(d, width=0.03):
@@ -148,27 +169,34 @@ def handset(u, v):
     turn, reach = numpy.arctan2(x, y + 0.70), numpy.hypot(x, y + 0.70)
     beyond = numpy.maximum(abs(turn) - 0.62, 0) * 0.85
     bow = numpy.hypot(reach - 0.85, beyond) - 0.10
-    pads = [numpy.hypot(numpy.maximum(abs(x - s * 0.49) - 0.085, 0), numpy.maximum(abs(y + 0.10) - 0.14, 0)) - 0.065 for s in (-1, 1)]
+    pads = [
+        numpy.hypot(numpy.maximum(abs(x - s * 0.49) - 0.085, 0), numpy.maximum(abs(y + 0.10) - 0.14, 0)) - 0.065
+        for s in (-1, 1)
+    ]
     return soft(numpy.minimum(bow, numpy.minimum(*pads)))
 
 
 def envelope(u, v):
     box = numpy.maximum(abs(u) - 0.50, abs(v) - 0.34)
-    flap = numpy.minimum(abs(v + 0.30 - 0.75 * (0.50 - abs(u)) ), 1)
+    flap = numpy.minimum(abs(v + 0.30 - 0.75 * (0.50 - abs(u))), 1)
     flap = numpy.where(abs(u) < 0.5, flap - 0.045, 1)
     return soft(box) * (1 - soft(flap, 0.02))
 
 
 def globe(u, v):
     r = numpy.hypot(u, v)
-    lines = numpy.minimum(abs(v), numpy.minimum(abs(abs(v) - 0.27 - 0.12 * u * u), abs(numpy.hypot(u / 0.45, v) - 0.55) * 0.6))
+    lines = numpy.minimum(
+        abs(v), numpy.minimum(abs(abs(v) - 0.27 - 0.12 * u * u), abs(numpy.hypot(u / 0.45, v) - 0.55) * 0.6)
+    )
     lines = numpy.minimum(lines, abs(u))
     return soft(r - 0.55) * (1 - soft(lines - 0.030, 0.02))
 
 
 def note(u, v):
     heads = numpy.minimum(*[numpy.hypot((u - x) / 1.25, v - y) - 0.135 for x, y in ((-0.26, 0.36), (0.28, 0.26))])
-    stems = numpy.minimum(*[numpy.maximum(abs(u - x) - 0.040, abs(v - y) - 0.36) for x, y in ((-0.12, 0.02), (0.42, -0.08))])
+    stems = numpy.minimum(
+        *[numpy.maximum(abs(u - x) - 0.040, abs(v - y) - 0.36) for x, y in ((-0.12, 0.02), (0.42, -0.08))]
+    )
     beam = numpy.maximum(abs(u - 0.15) - 0.31, abs(v + 0.37 + 0.19 * (u - 0.15)) - 0.085)
     return soft(numpy.minimum(numpy.minimum(heads, stems), beam))
 
@@ -178,7 +206,7 @@ def pill(canvas, centre, half, colour, sign, turn):
     d = numpy.hypot(numpy.maximum(abs(x) - half[0] + half[1], 0), y) - half[1]
     canvas[:] = art.mix(canvas, numpy.zeros(3), 0.5 * numpy.exp(-numpy.maximum(d - 0, 0) / 8) * art.smooth(-2, 2, d))
     face = numpy.array(colour) * (1.15 - 0.55 * (y / half[1] * 0.5 + 0.5))[..., None]
-    face = face + (0.30 * numpy.exp(-((d + 2.0) / 1.6) ** 2) * (y < 0))[..., None]
+    face = face + (0.30 * numpy.exp(-(((d + 2.0) / 1.6) ** 2)) * (y < 0))[..., None]
     canvas[:] = art.mix(canvas, numpy.clip(face, 0, 1), art.smooth(0.7, -0.7, d))
     c, s = numpy.cos(turn), numpy.sin(turn)
     u, v = x / (half[1] * 0.98), y / (half[1] * 0.98)
@@ -195,12 +223,17 @@ def call():
     x, y = numpy.meshgrid(numpy.arange(WIDTH) + 0.5 - middle[0], numpy.arange(HEIGHT) + 0.5 - middle[1])
     r = numpy.hypot(x, y)
     for radius, strength in ((146, 0.9), (166, 0.5), (188, 0.28), (212, 0.14)):
-        canvas = numpy.clip(canvas + (strength * numpy.exp(-((r - radius) / 1.8) ** 2))[..., None] * numpy.array(art.FLASH)
-                            + (0.4 * strength * numpy.exp(-((r - radius) / 7.0) ** 2))[..., None] * numpy.array(art.EMBER), 0, 1)
+        canvas = numpy.clip(
+            canvas
+            + (strength * numpy.exp(-(((r - radius) / 1.8) ** 2)))[..., None] * numpy.array(art.FLASH)
+            + (0.4 * strength * numpy.exp(-(((r - radius) / 7.0) ** 2)))[..., None] * numpy.array(art.EMBER),
+            0,
+            1,
+        )
     sign = picture("vxqlogomask.jpg")[..., :3]
     sign = numpy.stack([art.resized(sign[..., c], 300, 169) for c in range(3)], -1)
     lens = numpy.zeros((264, 264, 3))
-    lens[48:48 + 169] = numpy.clip(sign[:, 18:282], 0, 1)
+    lens[48 : 48 + 169] = numpy.clip(sign[:, 18:282], 0, 1)
     inner = numpy.hypot(*numpy.meshgrid(numpy.arange(264) - 131.5, numpy.arange(264) - 131.5))
     lens = lens * 0.95 + 0.03
     lay(canvas, numpy.clip(lens, 0, 1), art.smooth(131.5, 130, inner), middle[0] - 132, middle[1] - 132)

@@ -2,9 +2,9 @@
 //
 //   sculpt SHAPE CELL FILE
 //
-// CELL is the edge of a grid cell in units of the shape (a head is about two units tall). FILE gets two
-// int32 counts, vertices and quads, then float32 xyz per vertex and four int32 indices per quad.
-// The head looks along +z with +y up; negative distance is inside.
+// CELL is the edge of a grid cell in units of the shape (a head is about two units tall). FILE gets
+// two int32 counts, vertices and quads, then float32 xyz per vertex and four int32 indices per
+// quad. The head looks along +z with +y up; negative distance is inside.
 
 #include <algorithm>
 #include <cmath>
@@ -22,20 +22,36 @@ struct vec {
     double x, y, z;
 };
 
-vec operator+(vec a, vec b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-vec operator-(vec a, vec b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-vec operator*(vec a, double s) { return {a.x * s, a.y * s, a.z * s}; }
-vec operator/(vec a, vec b) { return {a.x / b.x, a.y / b.y, a.z / b.z}; }
-double dot(vec a, vec b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
-double length(vec a) { return std::sqrt(dot(a, a)); }
-double clamp(double x, double low, double high) { return std::min(std::max(x, low), high); }
+vec operator+(vec a, vec b) {
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+vec operator-(vec a, vec b) {
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+vec operator*(vec a, double s) {
+    return {a.x * s, a.y * s, a.z * s};
+}
+vec operator/(vec a, vec b) {
+    return {a.x / b.x, a.y / b.y, a.z / b.z};
+}
+double dot(vec a, vec b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+double length(vec a) {
+    return std::sqrt(dot(a, a));
+}
+double clamp(double x, double low, double high) {
+    return std::min(std::max(x, low), high);
+}
 
 double smoothstep(double low, double high, double x) {
     const double t = clamp((x - low) / (high - low), 0, 1);
     return t * t * (3 - 2 * t);
 }
 
-vec mirrored(vec p) { return {std::abs(p.x), p.y, p.z}; }
+vec mirrored(vec p) {
+    return {std::abs(p.x), p.y, p.z};
+}
 
 // Turn about z, in degrees, counter-clockwise.
 vec rolled(vec p, double degrees) {
@@ -49,11 +65,14 @@ vec afloat(vec p) {
     return {p.x, c * p.y - s * p.z, s * p.y + c * p.z + 0.05};
 }
 
-double sphere(vec p, vec centre, double radius) { return length(p - centre) - radius; }
+double sphere(vec p, vec centre, double radius) {
+    return length(p - centre) - radius;
+}
 
 double ellipsoid(vec p, vec centre, vec radii) {
     const vec q = p - centre;
-    const double k0 = length(q / radii), k1 = length(q / (vec{radii.x * radii.x, radii.y * radii.y, radii.z * radii.z}));
+    const double k0 = length(q / radii),
+                 k1 = length(q / (vec{radii.x * radii.x, radii.y * radii.y, radii.z * radii.z}));
     return k1 > 1e-9 ? k0 * (k0 - 1) / k1 : -std::min({radii.x, radii.y, radii.z});
 }
 
@@ -81,7 +100,8 @@ double cone(vec p, vec a, vec b, double ra, double rb) {
 
 double block(vec p, vec centre, vec half, double round) {
     const vec q = mirrored(p - centre);
-    const vec d{q.x - half.x + round, std::abs(q.y) - half.y + round, std::abs(q.z) - half.z + round};
+    const vec d{q.x - half.x + round, std::abs(q.y) - half.y + round,
+                std::abs(q.z) - half.z + round};
     const vec out{std::max(d.x, 0.0), std::max(d.y, 0.0), std::max(d.z, 0.0)};
     return length(out) + std::min(std::max({d.x, d.y, d.z}), 0.0) - round;
 }
@@ -91,7 +111,9 @@ double join(double a, double b, double k) {
     return std::min(a, b) - h * h * h * k / 6;
 }
 
-double carve(double a, double b, double k) { return -join(-a, b, k); }
+double carve(double a, double b, double k) {
+    return -join(-a, b, k);
+}
 
 double hash(int x, int y, int z) {
     uint32_t h = uint32_t(x) * 374761393u + uint32_t(y) * 668265263u + uint32_t(z) * 2246822519u;
@@ -104,7 +126,9 @@ double noise(vec p) {
     const auto ease = [](double t) { return t * t * (3 - 2 * t); };
     const double u = ease(p.x - x), v = ease(p.y - y), w = ease(p.z - z);
     const auto mix = [](double a, double b, double t) { return a + (b - a) * t; };
-    const auto row = [&](int j, int k) { return mix(hash(x, y + j, z + k), hash(x + 1, y + j, z + k), u); };
+    const auto row = [&](int j, int k) {
+        return mix(hash(x, y + j, z + k), hash(x + 1, y + j, z + k), u);
+    };
     return mix(mix(row(0, 0), row(1, 0), v), mix(row(0, 1), row(1, 1), v), w);
 }
 
@@ -116,10 +140,14 @@ double fractal(vec p, int octaves) {
 }
 
 // Height over the eyelids' line, which bows downwards over a sleeping eye.
-double lidline(vec q) { return q.y + 0.045 - 0.9 * q.x * q.x; }
+double lidline(vec q) {
+    return q.y + 0.045 - 0.9 * q.x * q.x;
+}
 
 double eye(double d, vec m) {
-    d = carve(d, ellipsoid(rolled(m - vec{0.275, 0.085, 0.70}, -6), {0, 0, 0}, {0.175, 0.105, 0.22}), 0.17);
+    d = carve(d,
+              ellipsoid(rolled(m - vec{0.275, 0.085, 0.70}, -6), {0, 0, 0}, {0.175, 0.105, 0.22}),
+              0.17);
     const vec q = m - vec{0.270, 0.055, 0.455};
     double lid = ellipsoid(q, {0, 0, 0}, {0.160, 0.135, 0.150});
     lid += 0.012 * smoothstep(0.0, -0.02, lidline(q));
@@ -127,24 +155,30 @@ double eye(double d, vec m) {
     lid += 0.010 * std::exp(-std::pow((lidline(q) + 0.012) / 0.007, 2));
     d = join(d, lid, 0.045);
     const double crease = q.y - 0.062 + 1.1 * (q.x - 0.01) * (q.x - 0.01);
-    return d + 0.014 * std::exp(-std::pow(crease / 0.012, 2)) * smoothstep(0.16, 0.08, std::abs(q.x));
+    return d +
+           0.014 * std::exp(-std::pow(crease / 0.012, 2)) * smoothstep(0.16, 0.08, std::abs(q.x));
 }
 
 double nose(double d, vec p, vec m) {
     d = join(d, limb(p, {0, 0.24, 0.585}, {0, -0.14, 0.795}, 0.050, 0.062), 0.13);
     d = join(d, ellipsoid(p, {0, -0.215, 0.795}, {0.088, 0.078, 0.088}), 0.06);
     d = join(d, ellipsoid(m, {0.100, -0.245, 0.700}, {0.062, 0.060, 0.082}), 0.05);
-    d = carve(d, ellipsoid(rolled(m - vec{0.052, -0.295, 0.760}, 20), {0, 0, 0}, {0.034, 0.022, 0.05}), 0.025);
+    d = carve(d,
+              ellipsoid(rolled(m - vec{0.052, -0.295, 0.760}, 20), {0, 0, 0}, {0.034, 0.022, 0.05}),
+              0.025);
     return d;
 }
 
 double mouth(double d, vec p, vec m) {
     d = join(d, ellipsoid(p, {0, -0.50, 0.50}, {0.26, 0.19, 0.175}), 0.14);
     d = carve(d, limb(p, {0, -0.33, 0.745}, {0, -0.425, 0.745}, 0.016, 0.026), 0.04);
-    const double bow = -0.480 - 0.42 * (m.x - 0.05) * (m.x - 0.05) + 0.012 * smoothstep(0.0, 0.05, m.x);
-    double upper = ellipsoid(rolled(m - vec{0.078, bow + 0.006, 0.632}, -15), {0, 0, 0}, {0.125, 0.034, 0.060});
+    const double bow =
+        -0.480 - 0.42 * (m.x - 0.05) * (m.x - 0.05) + 0.012 * smoothstep(0.0, 0.05, m.x);
+    double upper = ellipsoid(rolled(m - vec{0.078, bow + 0.006, 0.632}, -15), {0, 0, 0},
+                             {0.125, 0.034, 0.060});
     upper = join(upper, ellipsoid(p, {0, -0.484, 0.655}, {0.045, 0.030, 0.045}), 0.06);
-    const double lower = ellipsoid({p.x, p.y - 0.35 * p.x * p.x, p.z}, {0, -0.572, 0.630}, {0.135, 0.044, 0.070});
+    const double lower =
+        ellipsoid({p.x, p.y - 0.35 * p.x * p.x, p.z}, {0, -0.572, 0.630}, {0.135, 0.044, 0.070});
     d = join(join(d, upper, 0.022), lower, 0.030);
     const double parting = p.y + 0.524 - 0.20 * m.x * m.x;
     const double reach = smoothstep(0.205, 0.15, m.x) * smoothstep(0.45, 0.55, p.z);
@@ -169,9 +203,11 @@ double face(vec at) {
     d = nose(d, p, m);
     d = mouth(d, p, m);
     const double fold = std::abs(m.x - (0.165 + 0.30 * (-0.26 - p.y)));
-    d += 0.010 * std::exp(-std::pow(fold / 0.035, 2)) * smoothstep(-0.24, -0.30, p.y) * smoothstep(-0.50, -0.42, p.y);
+    d += 0.010 * std::exp(-std::pow(fold / 0.035, 2)) * smoothstep(-0.24, -0.30, p.y) *
+         smoothstep(-0.50, -0.42, p.y);
     const double brows = m.y - 0.232 - 0.05 * std::sin((m.x - 0.12) * 9);
-    d -= 0.010 * std::exp(-std::pow(brows / 0.026, 2)) * smoothstep(0.09, 0.14, m.x) * smoothstep(0.46, 0.34, m.x);
+    d -= 0.010 * std::exp(-std::pow(brows / 0.026, 2)) * smoothstep(0.09, 0.14, m.x) *
+         smoothstep(0.46, 0.34, m.x);
     return d + 0.0012 * fractal(p * 38, 3);
 }
 
@@ -198,9 +234,12 @@ double skullfront(double d, vec p, vec m) {
     d = join(d, limb(m, {0.47, 0.18, 0.34}, {0.52, -0.08, 0.30}, 0.045, 0.050), 0.06);
     d = join(d, limb(p, {0, 0.16, 0.575}, {0, -0.02, 0.635}, 0.048, 0.036), 0.09);
     d = join(d, limb(m, {0.10, -0.06, 0.56}, {0.14, -0.30, 0.52}, 0.055, 0.075), 0.09);
-    d = carve(d, ellipsoid(rolled(m - vec{0.280, 0.045, 0.50}, -14), {0, 0, 0}, {0.185, 0.155, 0.46}), 0.05);
-    const double hole = join(ellipsoid(rolled(m - vec{0.052, -0.215, 0.58}, 12), {0, 0, 0}, {0.050, 0.085, 0.16}),
-                             ellipsoid(p, {0, -0.11, 0.60}, {0.040, 0.085, 0.12}), 0.05);
+    d = carve(d,
+              ellipsoid(rolled(m - vec{0.280, 0.045, 0.50}, -14), {0, 0, 0}, {0.185, 0.155, 0.46}),
+              0.05);
+    const double hole =
+        join(ellipsoid(rolled(m - vec{0.052, -0.215, 0.58}, 12), {0, 0, 0}, {0.050, 0.085, 0.16}),
+             ellipsoid(p, {0, -0.11, 0.60}, {0.040, 0.085, 0.12}), 0.05);
     d = carve(d, hole, 0.03);
     return join(d, limb(p, {0, -0.18, 0.47}, {0, -0.29, 0.56}, 0.012, 0.014), 0.02);
 }
@@ -242,7 +281,7 @@ double heart(vec p) {
 }
 
 // Half a head above a pool: the height of its skin over z = 0, with rings that run from the shore.
-double pool(vec p, const std::function<double(vec)> &shore) {
+double pool(vec p, const std::function<double(vec)>& shore) {
     const double d = std::max(shore({p.x, p.y, 0.0}), 0.0);
     const double rings = 0.016 * std::cos(d * 26) * std::exp(-d * 0.9) * smoothstep(0.0, 0.12, d);
     const double wind = 0.016 * fractal({p.x * 1.6 + 9, p.y * 2.6, 0}, 3);
@@ -254,13 +293,15 @@ struct solid_s {
     vec low, high;
 };
 
-solid_s solid(const std::string &name) {
+solid_s solid(const std::string& name) {
     static const std::map<std::string, solid_s> solids{
         {"face", {face, {-0.9, -1.2, -0.15}, {0.9, 1.25, 1.0}}},
         {"skull", {skull, {-0.9, -1.2, -0.15}, {0.9, 1.25, 1.0}}},
         {"heart", {heart, {-1.1, -1.0, -0.6}, {1.1, 1.1, 0.6}}},
-        {"facepool", {[](vec p) { return p.z - pool(p, face); }, {-4, -2.6, -0.12}, {4, 3.2, 0.12}}},
-        {"skullpool", {[](vec p) { return p.z - pool(p, skull); }, {-4, -2.6, -0.12}, {4, 3.2, 0.12}}},
+        {"facepool",
+         {[](vec p) { return p.z - pool(p, face); }, {-4, -2.6, -0.12}, {4, 3.2, 0.12}}},
+        {"skullpool",
+         {[](vec p) { return p.z - pool(p, skull); }, {-4, -2.6, -0.12}, {4, 3.2, 0.12}}},
     };
     const auto found = solids.find(name);
     if (found == solids.end()) {
@@ -271,17 +312,18 @@ solid_s solid(const std::string &name) {
 }
 
 class nets_c {
-  public:
-    nets_c(const solid_s &solid, double cell)
-        : solid(solid), cell(cell), nx(cells(solid.low.x, solid.high.x)), ny(cells(solid.low.y, solid.high.y)),
-          nz(cells(solid.low.z, solid.high.z)), field(size_t(nx + 1) * (ny + 1) * (nz + 1), 1.0f) {
+public:
+    nets_c(const solid_s& solid, double cell)
+        : solid(solid), cell(cell), nx(cells(solid.low.x, solid.high.x)),
+          ny(cells(solid.low.y, solid.high.y)), nz(cells(solid.low.z, solid.high.z)),
+          field(size_t(nx + 1) * (ny + 1) * (nz + 1), 1.0f) {
         sample();
         place();
         connect();
     }
 
-    void write(const char *path) const {
-        FILE *file = fopen(path, "wb");
+    void write(const char* path) const {
+        FILE* file = fopen(path, "wb");
         const int32_t counts[2] = {int32_t(vertices.size() / 3), int32_t(quads.size() / 4)};
         fwrite(counts, sizeof counts, 1, file);
         fwrite(vertices.data(), sizeof(float), vertices.size(), file);
@@ -289,7 +331,7 @@ class nets_c {
         fclose(file);
     }
 
-  private:
+private:
     int cells(double low, double high) const { return int(std::ceil((high - low) / cell)); }
     size_t at(int x, int y, int z) const { return (size_t(z) * (ny + 1) + y) * (nx + 1) + x; }
     vec point(double x, double y, double z) const { return solid.low + vec{x, y, z} * cell; }
@@ -304,7 +346,8 @@ class nets_c {
     }
 
     void sampleblock(int x0, int y0, int z0, int step) {
-        const double middle = solid.distance(point(x0 + step * 0.5, y0 + step * 0.5, z0 + step * 0.5));
+        const double middle =
+            solid.distance(point(x0 + step * 0.5, y0 + step * 0.5, z0 + step * 0.5));
         const bool far = std::abs(middle) > step * cell * 2.2;
         for (int z = z0; z < std::min(z0 + step, nz + 1); z++)
             for (int y = y0; y < std::min(y0 + step, ny + 1); y++)
@@ -329,12 +372,15 @@ class nets_c {
                 if (corner & (1 << axis))
                     continue;
                 const int other = corner | (1 << axis);
-                const auto value = [&](int c) { return field[at(x + (c & 1), y + (c >> 1 & 1), z + (c >> 2 & 1))]; };
+                const auto value = [&](int c) {
+                    return field[at(x + (c & 1), y + (c >> 1 & 1), z + (c >> 2 & 1))];
+                };
                 const double a = value(corner), b = value(other);
                 if ((a < 0) == (b < 0))
                     continue;
                 const double t = a / (a - b);
-                sum = sum + vec{double(corner & 1), double(corner >> 1 & 1), double(corner >> 2 & 1)} +
+                sum = sum +
+                      vec{double(corner & 1), double(corner >> 1 & 1), double(corner >> 2 & 1)} +
                       vec{axis == 0 ? t : 0, axis == 1 ? t : 0, axis == 2 ? t : 0};
                 crossings++;
             }
@@ -351,11 +397,14 @@ class nets_c {
                 for (int x = 1; x < nx; x++) {
                     const bool inside = field[at(x, y, z)] < 0;
                     if (inside != (field[at(x + 1, y, z)] < 0))
-                        quad(inside, at(x, y - 1, z - 1), at(x, y, z - 1), at(x, y, z), at(x, y - 1, z));
+                        quad(inside, at(x, y - 1, z - 1), at(x, y, z - 1), at(x, y, z),
+                             at(x, y - 1, z));
                     if (inside != (field[at(x, y + 1, z)] < 0))
-                        quad(inside, at(x - 1, y, z - 1), at(x - 1, y, z), at(x, y, z), at(x, y, z - 1));
+                        quad(inside, at(x - 1, y, z - 1), at(x - 1, y, z), at(x, y, z),
+                             at(x, y, z - 1));
                     if (inside != (field[at(x, y, z + 1)] < 0))
-                        quad(inside, at(x - 1, y - 1, z), at(x, y - 1, z), at(x, y, z), at(x - 1, y, z));
+                        quad(inside, at(x - 1, y - 1, z), at(x, y - 1, z), at(x, y, z),
+                             at(x - 1, y, z));
                 }
     }
 
@@ -375,7 +424,7 @@ class nets_c {
 
 } // namespace
 
-int main(int argc, char **argv) {
+int main(int argc, char** argv) {
     if (argc != 4) {
         fprintf(stderr, "usage: sculpt SHAPE CELL FILE\n");
         return 1;

@@ -38,10 +38,10 @@ def chargen():
     for number, letter in enumerate(GLYPHS):
         if letter not in EMPTY:
             row, column = divmod(number, 32)
-            sheet[row * CELL[1]:(row + 1) * CELL[1], column * CELL[0]:(column + 1) * CELL[0]] = glyph(letter)
+            sheet[row * CELL[1] : (row + 1) * CELL[1], column * CELL[0] : (column + 1) * CELL[0]] = glyph(letter)
     down = numpy.tile((numpy.arange(CELL[1]) + 0.5) / CELL[1], 4)[:, None]
     fall = art.smooth(0.12, 0.80, down) + 0 * sheet
-    band = numpy.exp(-((down - 0.47) / 0.018) ** 2) + 0 * sheet
+    band = numpy.exp(-(((down - 0.47) / 0.018) ** 2)) + 0 * sheet
     fill = art.mix((0.84, 0.92, 0.62), (0.44, 0.07, 0.60), fall)
     fill = art.mix(fill, (0.30, 0.05, 0.50), 0.55 * band)
     art.save(sprite(fill * sheet[..., None] ** 0.35, sheet), "chargen.png")
@@ -81,10 +81,12 @@ def dot():
     z = numpy.sqrt(numpy.clip(1 - numpy.clip(r, 0, 1) ** 2, 0, 1))
     light = numpy.array((-0.42, 0.52, 0.745))
     diffuse = numpy.clip(x * light[0] + y * light[1] + z * light[2], 0, 1)
-    rim = numpy.exp(-((r - 0.93) / 0.07) ** 2) * art.smooth(0.2, -0.7, x * light[0] + y * light[1])
+    rim = numpy.exp(-(((r - 0.93) / 0.07) ** 2)) * art.smooth(0.2, -0.7, x * light[0] + y * light[1])
     shine = numpy.exp(-((x + 0.34) ** 2 + (y - 0.42) ** 2) * 22)
     pores = art.blur(numpy.random.default_rng(14).standard_normal((64, 64)), 1.1) * 3
-    pores = (pores - numpy.roll(pores, 1, 0) - numpy.roll(pores, -1, 1) + numpy.roll(numpy.roll(pores, 1, 0), -1, 1)) * z
+    pores = (
+        pores - numpy.roll(pores, 1, 0) - numpy.roll(pores, -1, 1) + numpy.roll(numpy.roll(pores, 1, 0), -1, 1)
+    ) * z
     lit = numpy.clip(0.10 + 0.90 * diffuse + 0.05 * pores, 0, 1)
     heat = 0.30 + 0.70 * lit
     glowing = numpy.dstack([0.25 + 0.75 * lit, 0.86 * heat * (0.18 + 0.82 * lit), 0.15 + 0.85 * lit])
@@ -99,7 +101,7 @@ def petal(canvas, alpha, centre, half, turn, colours, x, y):
     r = numpy.hypot(along, across)
     inside = art.smooth(1.06, 0.94, r)
     shade = numpy.clip(0.25 + 0.75 * (along * 0.5 + 0.5), 0, 1) ** 1.4
-    lip = numpy.exp(-((r - 0.88) / 0.10) ** 2) * art.smooth(0.0, 0.6, along)
+    lip = numpy.exp(-(((r - 0.88) / 0.10) ** 2)) * art.smooth(0.0, 0.6, along)
     tint = art.mix(art.mix(colours[0], colours[1], shade), colours[2], 0.8 * lip)
     return art.mix(canvas, tint, inside), numpy.maximum(alpha, inside)
 
@@ -110,7 +112,9 @@ CREAM = ((0.72, 0.40, 0.30), (1.0, 0.90, 0.78), (1.0, 1.0, 0.94))
 
 def bloom(canvas, alpha, at, size, turn, petals, x, y, random):
     """A rose from outside inwards: rings of petals, each over the one before."""
-    for ring, (reach, half, count) in enumerate(((0.62, 0.52, 6), (0.48, 0.46, 5), (0.34, 0.38, 5), (0.20, 0.30, 4), (0.09, 0.20, 3), (0.03, 0.11, 2))):
+    for ring, (reach, half, count) in enumerate(
+        ((0.62, 0.52, 6), (0.48, 0.46, 5), (0.34, 0.38, 5), (0.20, 0.30, 4), (0.09, 0.20, 3), (0.03, 0.11, 2))
+    ):
         for number in range(count):
             a = turn + ring * 0.7 + 2 * numpy.pi * number / count + random.uniform(-0.15, 0.15)
             centre = at[0] + reach * size * numpy.cos(a), at[1] + reach * size * numpy.sin(a)
@@ -125,9 +129,11 @@ def leaf(canvas, alpha, at, size, turn, x, y):
     c, s = numpy.cos(turn), numpy.sin(turn)
     along, across = (dx * c + dy * s) / size, (-dx * s + dy * c) / size
     part = numpy.clip(along, 0, 1)
-    wide = 0.62 * part ** 0.7 * (1 - part) ** 0.9
+    wide = 0.62 * part**0.7 * (1 - part) ** 0.9
     inside = art.smooth(0.03, -0.03, abs(across) - wide) * (along > 0) * (along < 1)
-    vein = numpy.exp(-(across / 0.035) ** 2) + 0.5 * numpy.exp(-((abs(across) * 1.2 - along * 1.0) % 0.22 / 0.03) ** 2)
+    vein = numpy.exp(-((across / 0.035) ** 2)) + 0.5 * numpy.exp(
+        -(((abs(across) * 1.2 - along * 1.0) % 0.22 / 0.03) ** 2)
+    )
     tint = art.mix((0.03, 0.16, 0.07), (0.257, 0.596, 0.31), numpy.clip(0.5 + across * 1.6, 0, 1))
     tint = art.mix(tint, (0.60, 0.85, 0.45), 0.5 * numpy.clip(vein, 0, 1))
     return art.mix(canvas, tint, inside), numpy.maximum(alpha, inside)
@@ -136,7 +142,9 @@ def leaf(canvas, alpha, at, size, turn, x, y):
 def roses():
     """Two garlands, along the upper and the lower rim; shown 1.75 times as wide as painted. Tiles sideways."""
     width, height, scale = 256, 64, 4
-    x, y = numpy.meshgrid((numpy.arange(width * scale) + 0.5) / scale * 1.75, (numpy.arange(height * scale) + 0.5) / scale)
+    x, y = numpy.meshgrid(
+        (numpy.arange(width * scale) + 0.5) / scale * 1.75, (numpy.arange(height * scale) + 0.5) / scale
+    )
     period = width * 1.75
     canvas, alpha = numpy.zeros(x.shape + (3,)), numpy.zeros(x.shape)
     random = numpy.random.default_rng(12)
@@ -150,17 +158,30 @@ def roses():
         for number in range(4):
             centre = (number + 0.5) * period / 4 + shift
             size = random.uniform(11.6, 12.4) if number % 2 else random.uniform(9.6, 10.2)
-            items.append((CRIMSON if number % 2 else CREAM, centre, rim + inwards * (size - 10.5), size, random.uniform(0, 6)))
+            items.append(
+                (CRIMSON if number % 2 else CREAM, centre, rim + inwards * (size - 10.5), size, random.uniform(0, 6))
+            )
             for away in (-1, 1):
                 for reach, lift in ((8, 0.45), (15, -0.5), (26, 0.35), (36, -0.35)):
                     turn = (0 if away > 0 else numpy.pi) + lift * inwards * away + random.uniform(-0.2, 0.2)
-                    items.append((None, centre + away * reach, rim + inwards * random.uniform(-1, 2), random.uniform(14, 19), turn))
+                    items.append(
+                        (
+                            None,
+                            centre + away * reach,
+                            rim + inwards * random.uniform(-1, 2),
+                            random.uniform(14, 19),
+                            turn,
+                        )
+                    )
     for petals, cx, cy, size, turn in sorted(items, key=lambda item: item[0] is not None):
         state = random.bit_generator.state
         for wrap in (-period, 0, period):
             if -40 < cx + wrap < period + 40:
                 random.bit_generator.state = state
-                window = (slice(None), slice(max(0, int((cx + wrap - 40) * scale / 1.75)), max(0, int((cx + wrap + 40) * scale / 1.75))))
+                window = (
+                    slice(None),
+                    slice(max(0, int((cx + wrap - 40) * scale / 1.75)), max(0, int((cx + wrap + 40) * scale / 1.75))),
+                )
                 place = (canvas[window], alpha[window], (cx + wrap, cy), size, turn)
                 if petals is None:
                     canvas[window], alpha[window] = leaf(*place, x[window], y[window])
@@ -176,9 +197,19 @@ def roses():
 
 def heartscene():
     import bpy
+
     bpy.context.scene.render.film_transparent = True
-    flesh = studio.matter("flesh", (0.70, 0.012, 0.020), 0.16, Specular=0.6, Clearcoat=1.0, Clearcoat_Roughness=0.04,
-                          Subsurface=0.15, Subsurface_Radius=(0.25, 0.03, 0.02), Subsurface_Color=(1.0, 0.05, 0.02, 1))
+    flesh = studio.matter(
+        "flesh",
+        (0.70, 0.012, 0.020),
+        0.16,
+        Specular=0.6,
+        Clearcoat=1.0,
+        Clearcoat_Roughness=0.04,
+        Subsurface=0.15,
+        Subsurface_Radius=(0.25, 0.03, 0.02),
+        Subsurface_Color=(1.0, 0.05, 0.02, 1),
+    )
     studio.mesh("heart", *studio.sculpt("heart", 0.015), flesh)
     studio.camera((0.0, -0.02, 7.0), (0.0, -0.02, 0), 100)
     studio.lamp((-2.5, 3.0, 3.0), (0, 0.2, 0), (1.0, 0.85, 0.65), 170, 1.2)

@@ -22,11 +22,27 @@ def shoot(module, function, width, height, samples, **options):
     """Linear light of a scene: height x width x 4, top row first."""
     with tempfile.TemporaryDirectory() as folder:
         path = os.path.join(folder, "light.npy")
-        job = dict(module=module, function=function, width=width, height=height, samples=samples,
-                   options=options, path=path)
-        run = subprocess.run(["blender", "-b", "--factory-startup", "-t", THREADS, "--python-exit-code", "1",
-                              "-P", os.path.abspath(__file__), "--", json.dumps(job)],
-                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        job = dict(
+            module=module, function=function, width=width, height=height, samples=samples, options=options, path=path
+        )
+        run = subprocess.run(
+            [
+                "blender",
+                "-b",
+                "--factory-startup",
+                "-t",
+                THREADS,
+                "--python-exit-code",
+                "1",
+                "-P",
+                os.path.abspath(__file__),
+                "--",
+                json.dumps(job),
+            ],
+            stdout=subprocess.PIPE,
+            stderr=subprocess.STDOUT,
+            text=True,
+        )
         if run.returncode or not os.path.exists(path):
             raise RuntimeError(f"blender could not shoot {module}.{function}:\n{run.stdout[-3000:]}")
         return numpy.load(path)
@@ -60,6 +76,7 @@ def heightfield(heights, width, depth):
 def mesh(name, vertices, quads, material, smooth=True, paint=None):
     """Adds a solid; paint is a colour for each vertex, which the material gets from painted()."""
     import bpy
+
     data = bpy.data.meshes.new(name)
     data.vertices.add(len(vertices))
     data.vertices.foreach_set("co", numpy.ascontiguousarray(vertices, numpy.float32).ravel())
@@ -81,6 +98,7 @@ def mesh(name, vertices, quads, material, smooth=True, paint=None):
 def put(name, data, location=(0, 0, 0), rotation=(0, 0, 0), scale=(1, 1, 1)):
     """Adds data to the scene; rotation in degrees."""
     import bpy
+
     thing = bpy.data.objects.new(name, data)
     thing.location, thing.scale = location, scale
     thing.rotation_euler = [math.radians(a) for a in rotation]
@@ -91,6 +109,7 @@ def put(name, data, location=(0, 0, 0), rotation=(0, 0, 0), scale=(1, 1, 1)):
 def matter(name, colour, roughness=0.5, metallic=0.0, **inputs):
     """A principled material; inputs are its sockets with underscores for blanks."""
     import bpy
+
     material = bpy.data.materials.new(name)
     material.use_nodes = True
     shader = material.node_tree.nodes["Principled BSDF"]
@@ -113,6 +132,7 @@ def painted(material):
 
 def glow(name, colour, strength):
     import bpy
+
     material = bpy.data.materials.new(name)
     material.use_nodes = True
     nodes, links = material.node_tree.nodes, material.node_tree.links
@@ -128,6 +148,7 @@ def lamp(location, target, colour, watts, size, shape="DISK", ratio=1.0):
     """A soft box that looks at a target."""
     import bpy
     import mathutils
+
     data = bpy.data.lights.new("lamp", "AREA")
     data.energy, data.color, data.size = watts, colour, size
     data.shape = shape
@@ -138,29 +159,28 @@ def lamp(location, target, colour, watts, size, shape="DISK", ratio=1.0):
     return thing
 
 
-def camera(location, target, lens, roll=0.0, focus=None, fstop=2.8, ortho=None):
+def camera(location, target, lens, focus=None, fstop=2.8):
     """Lens in millimetres on a 36 mm wide frame; focus is a point or None for all sharp."""
     import bpy
     import mathutils
+
     data = bpy.data.cameras.new("camera")
     data.lens = lens
     data.clip_end = 1000
-    if ortho:
-        data.type, data.ortho_scale = "ORTHO", ortho
     way = mathutils.Vector(target) - mathutils.Vector(location)
     if focus is not None:
         data.dof.use_dof = True
         data.dof.focus_distance = (mathutils.Vector(focus) - mathutils.Vector(location)).dot(way.normalized())
         data.dof.aperture_fstop = fstop
     thing = put("camera", data, location)
-    turn = way.to_track_quat("-Z", "Y").to_matrix().to_4x4() @ mathutils.Matrix.Rotation(math.radians(roll), 4, "Z")
-    thing.rotation_euler = turn.to_euler()
+    thing.rotation_euler = way.to_track_quat("-Z", "Y").to_euler()
     bpy.context.scene.camera = thing
     return thing
 
 
 def sky(colour, strength=1.0):
     import bpy
+
     world = bpy.data.worlds.new("sky")
     world.use_nodes = True
     world.node_tree.nodes["Background"].inputs[0].default_value = (*colour, 1)
@@ -168,20 +188,12 @@ def sky(colour, strength=1.0):
     bpy.context.scene.world = world
 
 
-def mist(density, colour=(1, 1, 1), lean=0.3):
-    """Air that scatters; lean above 0 throws light forwards."""
-    import bpy
-    nodes = bpy.context.scene.world.node_tree
-    air = nodes.nodes.new("ShaderNodeVolumeScatter")
-    air.inputs["Color"].default_value = (*colour, 1)
-    air.inputs["Density"].default_value = density
-    air.inputs["Anisotropy"].default_value = lean
-    nodes.links.new(air.outputs[0], nodes.nodes["World Output"].inputs["Volume"])
-
-
 def ball(name, radius, material, location=(0, 0, 0), scale=(1, 1, 1), segments=64):
     import bpy
-    bpy.ops.mesh.primitive_uv_sphere_add(segments=segments, ring_count=segments // 2, radius=radius, location=location)
+
+    bpy.ops.mesh.primitive_uv_sphere_add(
+        segments=segments, ring_count=segments // 2, radius=radius, location=location
+    )
     thing = bpy.context.object
     thing.name, thing.scale = name, scale
     thing.data.materials.append(material)
@@ -192,6 +204,7 @@ def ball(name, radius, material, location=(0, 0, 0), scale=(1, 1, 1), segments=6
 def pipe(name, points, radius, material, closed=False, radii=None):
     """A round tube along points; radii scale the radius point by point."""
     import bpy
+
     curve = bpy.data.curves.new(name, "CURVE")
     curve.dimensions, curve.bevel_depth, curve.bevel_resolution, curve.use_fill_caps = "3D", radius, 6, True
     line = curve.splines.new("POLY")
@@ -206,6 +219,7 @@ def pipe(name, points, radius, material, closed=False, radii=None):
 
 def main():
     import bpy
+
     job = json.loads(sys.argv[sys.argv.index("--") + 1])
     for thing in list(bpy.data.objects):
         bpy.data.objects.remove(thing)

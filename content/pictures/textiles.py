@@ -51,13 +51,25 @@ def rosette(lace, centre, radius, petals, turn=0.0):
         c, s = numpy.cos(a), numpy.sin(a)
         middle = centre[0] + 0.47 * radius * c, centre[1] + 0.47 * radius * s
         lace.loop(middle, (0.29 * radius, 0.150 * radius), a, 0.010, fill=0)
-        lace.loop((centre[0] + 0.52 * radius * c, centre[1] + 0.52 * radius * s), (0.15 * radius, 0.055 * radius), a, 0.006, fill=255)
+        lace.loop(
+            (centre[0] + 0.52 * radius * c, centre[1] + 0.52 * radius * s),
+            (0.15 * radius, 0.055 * radius),
+            a,
+            0.006,
+            fill=255,
+        )
         b = a + numpy.pi / petals
         rim = centre[0] + 0.86 * radius * numpy.cos(b), centre[1] + 0.86 * radius * numpy.sin(b)
         lace.line([(centre[0] + 0.30 * radius * numpy.cos(b), centre[1] + 0.30 * radius * numpy.sin(b)), rim], 0.007)
         arc = [b - numpy.pi / petals + 2 * numpy.pi / petals * t for t in numpy.linspace(0, 1, 17)]
         bow = [0.80 + 0.16 * numpy.sin(numpy.pi * t) for t in numpy.linspace(0, 1, 17)]
-        lace.line([(centre[0] + radius * r * numpy.cos(w), centre[1] + radius * r * numpy.sin(w)) for w, r in zip(arc, bow)], 0.016)
+        lace.line(
+            [
+                (centre[0] + radius * r * numpy.cos(w), centre[1] + radius * r * numpy.sin(w))
+                for w, r in zip(arc, bow)
+            ],
+            0.016,
+        )
         for t in (-0.55, 0.0, 0.55):
             w = b + t * numpy.pi / petals
             r = 0.80 + 0.16 * numpy.cos(t * numpy.pi / 2) + 0.055
@@ -79,7 +91,12 @@ def lacetrace():
             lace.line([(x, y - up), (x, y + up)], 0.0062)
             for side in (-1, 1):
                 lace.line([(x, y + up), (x + side * 0.5 / cells, y + 2 * up)], 0.0062)
-    for centre, radius, petals in (((0.25, 0.25), 0.265, 8), ((0.75, 0.75), 0.265, 8), ((0.75, 0.25), 0.150, 6), ((0.25, 0.75), 0.150, 6)):
+    for centre, radius, petals in (
+        ((0.25, 0.25), 0.265, 8),
+        ((0.75, 0.75), 0.265, 8),
+        ((0.75, 0.25), 0.150, 6),
+        ((0.25, 0.75), 0.150, 6),
+    ):
         lace.disc(centre, radius * 0.98, 255)
         rosette(lace, centre, radius, petals, numpy.pi / 8)
     for x, y in ((0.5, 0.0), (0.0, 0.5), (0.5, 0.5), (0.0, 0.0)):
@@ -108,8 +125,8 @@ def bubbles():
     first, second = cells(size, 34, 23, 0.42)
     wall = art.smooth(0.0, 0.055, second - first)
     plump = numpy.clip(1 - first / 0.13, 0, 1)
-    body = art.mix((0.34, 0.045, 0.0), (0.94, 0.33, 0.03), plump ** 0.7)
-    glint = numpy.exp(-((numpy.roll(numpy.roll(first, 3, 0), 4, 1)) / 0.022) ** 2)
+    body = art.mix((0.34, 0.045, 0.0), (0.94, 0.33, 0.03), plump**0.7)
+    glint = numpy.exp(-(((numpy.roll(numpy.roll(first, 3, 0), 4, 1)) / 0.022) ** 2))
     picture = art.mix((0.10, 0.012, 0.0), body, wall) + 0.55 * glint[..., None] * numpy.array((0.9, 0.55, 0.25))
     picture = picture * (1 + 0.06 * art.tilenoise(size, size, 1.0, 24, 3)[..., None])
     art.save(picture, "bubbles.jpg", 95)
@@ -120,7 +137,10 @@ def jeans():
     size = 128
     x, y = art.grid(size, size)
     bend = 0.05 * art.tilenoise(size, size, 2.2, 33)
-    strands = sum(numpy.sin(2 * numpy.pi * (k * (y + bend * s) + p)) / n for n, (k, s, p) in enumerate(((9, 1.0, 0.1), (17, 0.8, 0.4), (31, 1.2, 0.7)), 1))
+    strands = sum(
+        numpy.sin(2 * numpy.pi * (k * (y + bend * s) + p)) / n
+        for n, (k, s, p) in enumerate(((9, 1.0, 0.1), (17, 0.8, 0.4), (31, 1.2, 0.7)), 1)
+    )
     across = numpy.sin(2 * numpy.pi * (6 * x + 2 * y + 1.5 * bend)) * 0.5
     fuzz = art.tilenoise(size, size, 0.7, 34, 8)
     value = numpy.clip(0.42 + 0.22 * strands + 0.10 * across + 0.08 * fuzz, 0, 1)

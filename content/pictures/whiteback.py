@@ -21,13 +21,19 @@ def softbox(at, target, size, colour, strength):
     """A lit panel in a black frame on a stand."""
     import bpy
     import mathutils
+
     black = studio.matter("black", (0.02, 0.02, 0.022), 0.5)
     turn = (mathutils.Vector(target) - mathutils.Vector(at)).to_track_quat("Z", "Y").to_matrix().to_4x4()
     place = mathutils.Matrix.Translation(at) @ turn
-    for half, depth, material in ((size / 2, 0.0, studio.glow("panel", colour, strength)), (size / 2 * 1.05, -0.03, black)):
+    for half, depth, material in (
+        (size / 2, 0.0, studio.glow("panel", colour, strength)),
+        (size / 2 * 1.05, -0.03, black),
+    ):
         bpy.ops.mesh.primitive_plane_add(size=2)
         panel = bpy.context.object
-        panel.matrix_world = place @ mathutils.Matrix.Translation((0, 0, depth)) @ mathutils.Matrix.Diagonal((half, half * 1.5, 1, 1))
+        panel.matrix_world = (
+            place @ mathutils.Matrix.Translation((0, 0, depth)) @ mathutils.Matrix.Diagonal((half, half * 1.5, 1, 1))
+        )
         panel.data.materials.append(material)
     back = place @ mathutils.Vector((0, 0, -0.2))
     foot = numpy.array((back.x, back.y, 0.0))
@@ -44,14 +50,18 @@ def scene():
     softbox((6.9, 2.0, 3.6), (0, 2, 1.6), 2.2, (0.70, 0.90, 1.0), 7.0)
     studio.lamp((0, 0, 12), (0, 5, 2), (1.0, 0.97, 0.92), 1500, 7.0)
     cable = numpy.linspace(0, 1, 60)
-    studio.pipe("cable", numpy.c_[-6.8 + 5.0 * cable - 1.2 * numpy.sin(cable * 6), 0.8 - 7.0 * cable, 0 * cable + 0.03], 0.035,
-                studio.matter("rubber", (0.02, 0.02, 0.02), 0.5))
+    studio.pipe(
+        "cable",
+        numpy.c_[-6.8 + 5.0 * cable - 1.2 * numpy.sin(cable * 6), 0.8 - 7.0 * cable, 0 * cable + 0.03],
+        0.035,
+        studio.matter("rubber", (0.02, 0.02, 0.02), 0.5),
+    )
     studio.camera((0.0, -10.0, 2.7), (0.0, 2, 2.75), 26, focus=(0, -3.5, 2.5), fstop=0.35)
     studio.sky((0.9, 0.95, 1.0), 0.12)
 
 
 def make():
-    light = studio.shoot("whiteback", "scene", 1024, 576, 100)[..., :3]
+    light = studio.shoot("whiteback", "scene", 1024, 576, 64)[..., :3]
     light = light + 0.06 * art.blur(light, 16)
     squeezed = numpy.stack([art.resized(light[..., c], 1024, 512) for c in range(3)], -1)
     art.save(art.grain(art.film(numpy.maximum(squeezed, 0), 0.9), 0.006, 8), "whiteback.jpg")

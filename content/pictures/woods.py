@@ -6,21 +6,34 @@ import art
 import studio
 
 SUN = (0.56, 0.36)  # where the sun stands in the picture, from the top left
-FAR = 90.0
 
 
 def ground(x, y):
-    return (0.35 * numpy.sin(x * 0.31 + 1.3) * numpy.cos(y * 0.23) + 0.18 * numpy.sin(x * 0.9 + y * 0.6)
-            + 0.010 * (abs(x) ** 1.7) + 0.020 * y)
+    return (
+        0.35 * numpy.sin(x * 0.31 + 1.3) * numpy.cos(y * 0.23)
+        + 0.18 * numpy.sin(x * 0.9 + y * 0.6)
+        + 0.010 * (abs(x) ** 1.7)
+        + 0.020 * y
+    )
 
 
 def trunk(random, x, y, radius, height, lean):
     """A tapering stem with bark furrows and roots; rows upwards, columns round."""
     rows, columns = 90, 64
-    t, turn = numpy.meshgrid(numpy.linspace(0, 1, rows) ** 1.4, numpy.linspace(0, 2 * numpy.pi, columns, endpoint=False), indexing="ij")
+    t, turn = numpy.meshgrid(
+        numpy.linspace(0, 1, rows) ** 1.4, numpy.linspace(0, 2 * numpy.pi, columns, endpoint=False), indexing="ij"
+    )
     phase = random.uniform(0, 7, 6)
-    roots = 0.55 * numpy.exp(-t * height / (radius * 2.0)) * (1 + 0.55 * numpy.cos(turn * 5 + phase[0]) * numpy.exp(-t * height / (radius * 1.5)))
-    furrows = 0.055 * numpy.cos(turn * 19 + 3 * numpy.sin(t * 40 + phase[1]) + phase[2]) * (0.6 + 0.4 * numpy.sin(t * 97 + turn * 3))
+    roots = (
+        0.55
+        * numpy.exp(-t * height / (radius * 2.0))
+        * (1 + 0.55 * numpy.cos(turn * 5 + phase[0]) * numpy.exp(-t * height / (radius * 1.5)))
+    )
+    furrows = (
+        0.055
+        * numpy.cos(turn * 19 + 3 * numpy.sin(t * 40 + phase[1]) + phase[2])
+        * (0.6 + 0.4 * numpy.sin(t * 97 + turn * 3))
+    )
     knots = 0.05 * numpy.sin(t * 23 + phase[3] + 2 * numpy.cos(turn + phase[4]))
     r = radius * (1 - 0.45 * t) * (1 + roots + furrows + knots)
     bend = radius * 1.3 * numpy.sin(t * 3.1 + phase[5])
@@ -44,7 +57,9 @@ def blades(random, centres, size, upright):
     base = centres
     middle = centres + tip * length * 0.5
     top = centres + tip * length - [0, 0, 1] * length * 0.25
-    vertices = numpy.stack([base, middle - side * length * 0.22, top, middle + side * length * 0.22], 1).reshape(-1, 3)
+    vertices = numpy.stack([base, middle - side * length * 0.22, top, middle + side * length * 0.22], 1).reshape(
+        -1, 3
+    )
     return vertices, numpy.arange(4 * n).reshape(n, 4)
 
 
@@ -62,7 +77,11 @@ def fern(random, x, y, size):
         for side in (-1, 1):
             out = across * side * width + along * width * 0.5 - [0, 0, 1] * width * 0.25
             half = along * size * 0.022
-            parts.append(numpy.stack([spine - half, spine + out * 0.5 - half * 1.2, spine + out, spine + out * 0.5 + half * 1.2], 1))
+            parts.append(
+                numpy.stack(
+                    [spine - half, spine + out * 0.5 - half * 1.2, spine + out, spine + out * 0.5 + half * 1.2], 1
+                )
+            )
     return numpy.concatenate(parts).reshape(-1, 3)
 
 
@@ -77,13 +96,22 @@ def merge(meshes):
 
 def forest():
     random = numpy.random.default_rng(20)
-    near = [(-3.9, 3.2, 0.62), (4.7, 4.6, 0.55), (-1.75, 9.0, 0.42), (2.9, 11.5, 0.46), (-6.6, 8.5, 0.50), (7.6, 9.5, 0.52)]
+    near = [
+        (-3.9, 3.2, 0.62),
+        (4.7, 4.6, 0.55),
+        (-1.75, 9.0, 0.42),
+        (2.9, 11.5, 0.46),
+        (-6.6, 8.5, 0.50),
+        (7.6, 9.5, 0.52),
+    ]
     far = []
     while len(far) < 120:
         x, y = random.uniform(-44, 44), random.uniform(13, 78)
         if abs(x - 1.2 - 0.05 * y) > 1.0 + 0.02 * y and abs(x) < y * 0.72 + 4:
             far.append((x, y, random.uniform(0.22, 0.5)))
-    stems = [trunk(random, x, y, r, random.uniform(17, 24), random.uniform(-0.035, 0.035, 2)) for x, y, r in near + far]
+    stems = [
+        trunk(random, x, y, r, random.uniform(17, 24), random.uniform(-0.035, 0.035, 2)) for x, y, r in near + far
+    ]
     leaves = []
     for x, y, r in near[2:] + far:
         count = 700 if y < 40 else 350
@@ -108,7 +136,6 @@ def forest():
 
 
 def leafy(name, colour, through):
-    import bpy
     material = studio.matter(name, colour, 0.6)
     nodes, links = material.node_tree.nodes, material.node_tree.links
     thin, both = nodes.new("ShaderNodeBsdfTranslucent"), nodes.new("ShaderNodeMixShader")
@@ -123,6 +150,7 @@ def leafy(name, colour, through):
 def scene(clear):
     """The woods in their light, or with clear the share of light that gets through the haze."""
     import bpy
+
     stems, leaves, ferns, litter = forest()
     bark = studio.matter("bark", (0.085, 0.055, 0.035), 0.85)
     studio.mesh("stems", *stems, bark)
@@ -158,6 +186,7 @@ def scene(clear):
 def rays(through, size=60):
     """Light from the sun that reaches the eye past the trunks: the openings smeared away from the sun."""
     from scipy import ndimage
+
     height, width = through.shape
     y, x = numpy.mgrid[0:height, 0:width].astype(float)
     sx, sy = SUN[0] * width, SUN[1] * height
@@ -177,10 +206,12 @@ def make():
 def develop(light, clear):
     x, y = art.grid(854, 480)
     away = numpy.hypot((x - SUN[0]) * 1.78, y - SUN[1])
-    air = (numpy.exp(-(away / 0.10) ** 2)[..., None] * numpy.array((5.0, 3.3, 1.5))
-           + numpy.exp(-away / 0.16)[..., None] * numpy.array((1.8, 0.85, 0.24))
-           + numpy.exp(-away / 0.50)[..., None] * numpy.array((0.16, 0.15, 0.06))
-           + numpy.array((0.008, 0.024, 0.020)))
+    air = (
+        numpy.exp(-((away / 0.10) ** 2))[..., None] * numpy.array((5.0, 3.3, 1.5))
+        + numpy.exp(-away / 0.16)[..., None] * numpy.array((1.8, 0.85, 0.24))
+        + numpy.exp(-away / 0.50)[..., None] * numpy.array((0.16, 0.15, 0.06))
+        + numpy.array((0.008, 0.024, 0.020))
+    )
     haze = (1 - clear) ** 1.6
     hazy = light * clear[..., None] ** 0.6 + air * haze[..., None]
     open_ = art.smooth(0.72, 0.97, 1 - clear)
