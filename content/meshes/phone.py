@@ -164,8 +164,10 @@ class Builder:
             name = "back"
         else:
             name = front_chart(mid[1]) or ("rim0" if mid[0] < 0 else "rim1")
-        pulled = [np.subtract(p, n * (0.25 if abs(n[2]) < 0.5 and p[2] < -3.5 else 0)) for p, n in zip(positions, normals)]
-        uvs = [CHARTS[name].uv(down(p[1]), -p[0] if back else p[0]) for p in pulled]
+        uvs = []
+        for p, n in zip(positions, normals):
+            x, y, _ = p - n * 0.25 if abs(n[2]) < 0.5 and p[2] < -3.5 else p
+            uvs.append(CHARTS[name].uv(down(y), -x if back else x))
         self.mesh.triangle(positions, uvs, normals)
 
     def planar_quad(self, positions, normals, back):

@@ -80,11 +80,13 @@ def lens(layer, cx, cy, radius, small=False):
         layer.paint(np.abs(circle(x, y, cx, cy, radius * ring)) - radius * 0.022,
                     np.array((1, 1.02, 1.06)) * tone * (1.0 + 0.6 * np.cos(angle - 2.2))[..., None])
     inside = (r < 0.95).astype(float)
-    layer.light(0.11 * inside * np.exp(-((r - 0.46) / 0.10) ** 2) * smooth(0.1, 1, np.cos(angle + 0.9)), (0.45, 0.25, 1.0))
-    layer.light(0.10 * inside * np.exp(-((r - 0.40) / 0.12) ** 2) * smooth(0.2, 1, np.cos(angle - 2.3)), (0.1, 0.75, 0.65))
-    layer.light(0.05 * inside * np.exp(-((r - 0.22) / 0.09) ** 2), (0.9, 0.45, 0.2))
+    coat = lambda at, wide: inside * np.exp(-((r - at) / wide) ** 2)
+    layer.light(0.11 * coat(0.46, 0.10) * smooth(0.1, 1, np.cos(angle + 0.9)), (0.45, 0.25, 1.0))
+    layer.light(0.10 * coat(0.40, 0.12) * smooth(0.2, 1, np.cos(angle - 2.3)), (0.1, 0.75, 0.65))
+    layer.light(0.05 * coat(0.22, 0.09), (0.9, 0.45, 0.2))
     layer.paint(circle(x, y, cx, cy, radius * 0.17), (0.002, 0.002, 0.004))
-    layer.paint(circle(x, y, cx - radius * 0.30, cy + radius * 0.34, radius * (0.12 if small else 0.085)), (0.92, 0.96, 1.0), 0.9)
+    spark = radius * (0.12 if small else 0.085)
+    layer.paint(circle(x, y, cx - radius * 0.30, cy + radius * 0.34, spark), (0.92, 0.96, 1.0), 0.9)
     layer.paint(circle(x, y, cx + radius * 0.24, cy - radius * 0.30, radius * 0.045), (0.8, 0.85, 1.0), 0.6)
 
 
@@ -133,7 +135,8 @@ def back(x, y):
     layer.paint(shape + 0.85, plate)
     layer.light(0.05 * ((shape < -0.85) * np.exp(-((y - i["y"] - 0.8 * (x - i["x"]) - 2) / 2.2) ** 2)))
     for cx, cy in phone.LENSES:
-        layer.shade(np.where(shape < 0, 1 - 0.6 * np.exp(-np.maximum(circle(x, y, cx, cy, phone.LENS_RADIUS), 0) / 0.6), 1))
+        foot = np.maximum(circle(x, y, cx, cy, phone.LENS_RADIUS), 0)
+        layer.shade(np.where(shape < 0, 1 - 0.6 * np.exp(-foot / 0.6), 1))
         metal_rim(layer, cx, cy, phone.LENS_RADIUS, phone.LENS_RADIUS - 1.2)
         lens(layer, cx, cy, phone.LENS_RADIUS - 1.2)
     fx, fy = phone.FLASH[0] + 4.6, phone.FLASH[1]
@@ -254,7 +257,8 @@ def portrait(texture, mesh_file, size):
 def fit_rocket(canvas, root):
     rows, columns = phone.ROCKET
     height, width = rows.stop - rows.start, columns.stop - columns.start
-    picture = portrait(canvas, root / "N9_low.obj", (2 * width, 2 * height)).reshape(height, 2, width, 2, 4).mean((1, 3))
+    picture = portrait(canvas, root / "N9_low.obj", (2 * width, 2 * height))
+    picture = picture.reshape(height, 2, width, 2, 4).mean((1, 3))
     picture[..., :3] /= np.maximum(picture[..., 3:], 1e-6)
     canvas[rows, columns] = picture
 
