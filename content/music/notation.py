@@ -20,6 +20,8 @@ QUALITY = {
 }
 STRENGTH = {"X": 1.0, "x": 0.8, "o": 0.5, "-": 0.28}
 # Steps of a riff: chord root, its octaves, third, fifth, seventh (or sixth); lower case is softer.
+# Voices glide from note to note, swell with the height of the line, and are this much (seconds) early or late.
+VOICES = {"whistle": 0.004, "voice": 0.005, "reed": 0.004, "lead": 0.001, "brass": 0.003}
 DEGREE = {"R": 0, "O": 12, "L": -12, "T": None, "F": 7, "S": None}
 
 
@@ -75,18 +77,25 @@ def chord_at(text, offset):
     return symbol
 
 
+def opened(notes):
+    """The same chord with its second voice from above an octave lower."""
+    return sorted(notes[:-2] + [notes[-2] - 12, notes[-1]])
+
+
 def voicing(symbol, centre=62, last=None):
-    """Close voicing around `centre` that moves least from the voicing before it."""
+    """Voicing around `centre`, close or open, that moves least from the one before and does not rub down low."""
     root, quality, _ = split_chord(symbol)
     tones = sorted({(pitch(root + "4") + i) % 12 for i in QUALITY[quality]})
 
     def cost(notes):
         drift = abs(sum(notes) / len(notes) - centre) * 0.6
-        return drift + sum(min(abs(n - l) for l in last) for n in notes) if last else drift
+        rubs = sum((5 if a < 62 else 2) for a, b in zip(notes, notes[1:]) if b - a == 1)
+        moves = sum(min(abs(n - l) for l in last) for n in notes) if last else 0
+        return drift + rubs + moves
 
-    choices = [sorted(base + t + (12 if i < turn else 0) for i, t in enumerate(tones))
-               for turn in range(len(tones)) for base in (36, 48, 60, 72)]
-    return min(choices, key=cost)
+    close = [sorted(base + t + (12 if i < turn else 0) for i, t in enumerate(tones))
+             for turn in range(len(tones)) for base in (36, 48, 60, 72)]
+    return min(close + [opened(notes) for notes in close], key=cost)
 
 
 def low_note(symbol, lowest=33):
@@ -116,11 +125,17 @@ class Part:
 
     def melody(self, instrument, beat, text, vel=0.8, pan=0.0, up=0, legato=0.95, extra=(), human=0.0, stretch=1.0):
         """A line of notes one after the other; returns the beat after the last."""
+        sings, before = instrument in VOICES, None
         for name, length in parse(text):
             length *= stretch
             if name:
-                accent = 1.0 if beat % 1 == 0 else 0.9
-                self.play(instrument, beat, length * legato, pitch(name) + up, vel * accent, pan, extra, human)
+                note = pitch(name) + up
+                force = vel * (1.0 if beat % 1 == 0 else 0.9)
+                if sings:
+                    force *= 1 + 0.012 * max(-8, min(8, note - 74 - up))
+                    extra = (hertz(before) if before else 0,)
+                self.play(instrument, beat, length * legato, note, force, pan, extra, human or VOICES.get(instrument, 0))
+            before = note if name else None
             beat += length
         return beat
 

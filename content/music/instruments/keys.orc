@@ -8,10 +8,11 @@ instr epiano
   kT expseg 1.8 * p5, 0.06, 0.15, 1, 0.01
   aT oscili p4 * kT, p4 * 14, giSine
   aC oscili 1, p4 + aM + aT, giSine
+  aB partial p4 * 4, 0.14 * p5, 0.5
   kL lfo 0.14, 4.4
   kA linseg 0, 0.002, 1, 1, 1
   iAng = (p6 + 1) * 0.7853981634
-  aO = aC * kE * kA * p5 * 0.155
+  aO = (aC + aB) * kE * kA * p5 * 0.155
   wide aO * cos(iAng) * (1 + kL), aO * sin(iAng) * (1 - kL), 0.18, 0.06
 endin
 
@@ -57,8 +58,8 @@ endin
 instr marimba
   p3 = 0.8
   a1 partial p4, 0.7, 0.6
-  a2 partial p4 * 3.93, 0.25, 0.16
-  a3 partial p4 * 9.2, 0.12, 0.06
+  a2 partial p4 * 3.93, 0.4, 0.2
+  a3 partial p4 * 9.2, 0.25, 0.08
   aN noise 0.25, 0
   kN expseg 1, 0.006, 0.001, 1, 0.001
   place (a1 + a2 + a3 + butlp(aN * kN, 3000)) * p5 * 0.706, p6, 0.14, 0.1

@@ -69,16 +69,17 @@ def drop(p):
 def rock(p):
     """160 - 180: low and heavy, half time. Each move of the camera is a hit and a new chord."""
     moves = [(160, "D", 5), (165, "Bb", 5), (170, "Eb", 3), (173, "C", 5), (178, "A", 2)]
-    chords = {"D": "Dm9", "Bb": "Bbmaj7", "Eb": "Ebmaj7#11", "C": "Cm9", "A": "A7b9"}
+    chords = {"D": ("Dm9", "Dm"), "Bb": ("Bbmaj7", "Bb"), "Eb": ("Ebmaj7#11", "Eb"), "C": ("Cm9", "Cm"), "A": ("A7b9", "A7")}
     steps = {5: "R__R_.r_R__.R_r.R___", 3: "R__R_.r_R__.", 2: "R__RR_rR"}
     for beat, root, length in moves:
-        text = f"{chords[root]}:{length}"
+        rich, plain = chords[root]
+        text = f"{rich}:{length}"
         p.play("hit", beat, vel=1.0, extra=(0.4,))
         p.play("anvil", beat, 2, "D4" if beat % 2 else "F4", 0.8, 0.2)
         p.play("crash", beat, vel=0.6)
-        p.chords("brass", beat, f"{chords[root]}:{min(length, 3)}", vel=0.6, centre=55, legato=0.7, width=0.4)
+        p.chords("brass", beat, f"{plain}:{min(length, 3)}", vel=0.65, centre=55, legato=0.7, width=0.4)
         p.chords("choir", beat, text, vel=0.6, centre=64, extra=(1,))
-        p.chords("strings", beat, text, vel=0.3, centre=57, extra=(0.8,))
+        p.chords("strings", beat, f"{plain}:{length}", vel=0.35, centre=60, extra=(0.8,))
         p.riff("reese", beat, text, steps[length], vel=0.95, lowest=28, extra=(0.9,))
         p.play("subdrop", beat, 1.5, root + "3", 0.4)
     for bar in range(160, 180, 4):

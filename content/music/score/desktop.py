@@ -86,10 +86,10 @@ def torn_title(p):
     p.chords("strings", 48, wait, vel=0.55, centre=68, extra=(0.8,))
     p.arp("pluck", 48, wait, "01234321", vel=0.5, centre=72, extra=(0.5,), grow=0.9)
     p.pattern("kick", 48, "X...X...X...X.X.", vel=0.9)
-    p.pattern("snare", 48, "........x.x.xxxX", vel=0.75)
+    p.pattern("snare", 48, "........x.x.xxX.", vel=0.75)
     p.melody("reed", 48, "E5:1 F5:1 G5:1 Bb5:1", vel=0.8, pan=0.2)
-    p.play("riser", 48, 4, "A3", 0.55)
-    p.play("swell", 50, 2, vel=0.6)
+    p.play("riser", 48, 3.75, "A3", 0.55)
+    p.play("swell", 50, 1.75, vel=0.6)
 
 
 def compose(p):

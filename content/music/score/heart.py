@@ -20,7 +20,8 @@ def letters(p, beat, vel=0.8):
 def heart(p):
     """52 - 80: theme B, sung; the heart on every beat, letters at 60 to 63, the whole tune from 64."""
     p.play("crash", 52, vel=0.7)
-    p.play("hit", 52, vel=0.5)
+    p.play("hit", 52, vel=0.6)
+    p.play("clap", 52, vel=0.8)
     for beat in range(52, 80):
         p.play("heart", beat, vel=0.85)
     two = "Fmaj9:4 C/E:4"
@@ -50,9 +51,7 @@ def heart(p):
     p.melody("reed", 64, B_UNDER, vel=0.55, pan=0.3)
     p.arp("musicbox", 64, B_CHORDS, "0.2.1.3.2.4.3.5.", vel=0.34, centre=78, human=0.003)
     letters(p, 76, 0.85)
-    # The lace is coming.
     p.play("swell", 77, 3, vel=0.6)
-    p.chords("choir", 78, "D7b9:2", vel=0.4, centre=60, extra=(0.1,))
 
 
 def lace(p):
@@ -128,7 +127,7 @@ def call(p):
 
 def white_room(p):
     """115 - 129: a breath; drums behind a wall, music box with the theme to come; 128 holds everything back."""
-    air = "Bbmaj9:5 Gm9:4 A7sus4:4"
+    air = "Bbmaj9:5 Gm9:4 A7sus4:2 A7:2"
     p.play("bell", 115, 4, "D5", 0.45)
     p.play("click", 115, 0.1, "D6", 0.9)
     p.play("rim", 115, vel=1.0)
@@ -136,7 +135,7 @@ def white_room(p):
     p.play("hit", 115, vel=0.3, extra=(0.5,))
     p.chords("pad", 115, air, vel=0.5, centre=62, extra=(0.25,))
     p.chords("glass", 115, air, vel=0.3, centre=76)
-    p.chords("choir", 120, "Gm9:4 A7sus4:4", vel=0.25, centre=62, extra=(0.5,))
+    p.chords("choir", 120, "Gm9:4 A7sus4:2 A7:2", vel=0.25, centre=62, extra=(0.5,))
     p.riff("sub", 115, air, "R___________", vel=0.6, lowest=28, grid=0.25, beats=13)
     p.melody("musicbox", 115, "D6:1 | D6:1 E6:.5 F6:1.5 E6:.5 C6:.5 | D6:2.5 A5:.5 C6:.5 D6:.5 | "
              "E6:1.5 D6:.5 C#6:1 A5:1", vel=0.75, pan=0.1)
@@ -146,12 +145,13 @@ def white_room(p):
         p.pattern("rim", bar, "....o.......o...", vel=0.4, pan=-0.25, human=0.003)
         p.pattern("hat", bar, "..o...o...o...o.", vel=0.35, pan=0.35, human=0.003)
     p.play("wind", 115, 13, "C5", 0.35)
-    p.arp("pluck", 120, "Gm9:4 A7sus4:4", "0213", vel=0.16, centre=74, extra=(0.2,), grow=1.2)
-    p.play("swell", 124, 4, vel=0.75)
-    p.play("riser", 123, 5, "A3", 0.5)
+    p.arp("pluck", 120, "Gm9:4 A7sus4:2 A7:2", "0213", vel=0.16, centre=74, extra=(0.2,), grow=1.2)
+    p.play("swell", 124, 3.75, vel=0.7)
+    p.play("riser", 123, 4.75, "A3", 0.5)
     p.pattern("snare", 126, "-.-.o.o.", vel=0.5)
     # One held breath before the city.
-    p.play("click", 128, 0.1, "C6", 0.8)
+    p.play("click", 128, 0.1, "C6", 1.1)
+    p.play("rim", 128, vel=1.0)
     p.play("keytone", 128, 0.3, "A6", 0.7)
     p.pattern("snare", 128.5, "xX", vel=0.75)
     p.pattern("tom", 128.5, "x.XX", note="A2", grid=0.125, vel=0.8)
