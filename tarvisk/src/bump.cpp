@@ -144,7 +144,7 @@ public:
         const glm::vec3 light = movelight(mover.targetpos);
         glUniform3f(shader.uniform("lightdir"), light.x, light.y, light.z);
         shader.array("pos", 2, GL_FLOAT, 0, screen);
-        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4); // "pos" stays on: who needs its index sets it
     }
 };
 

@@ -107,7 +107,7 @@ void runscroller() {
         orbitradius += frameskip * 0.3f;
     if (fires("stoporbitscroller", 53))
         shouldwescroll = false;
-    else if (shouldwescroll)
+    if (shouldwescroll)
         drawinto(scrollertex_fbo, {scrollertexgen, pelvar});
 }
 

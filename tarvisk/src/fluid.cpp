@@ -202,7 +202,7 @@ public:
         shader.array("pos", 2, GL_FLOAT, 0, points);
         shader.array("col", 3, GL_FLOAT, 0, cols);
         drawpoints(aa < 0.99f);
-        shader.array("pos", 2, GL_FLOAT, 0, nullptr);
+        shader.array("pos", 2, GL_FLOAT, 0, nullptr); // "col" stays on: who needs its index sets it
     }
 };
 
