@@ -15,6 +15,7 @@
 #include <glm/gtc/type_ptr.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 
 namespace {
 
@@ -176,6 +177,10 @@ struct target_s {
     int state;
     float z, tilt, turn, sway;
 };
+
+std::ostream& operator<<(std::ostream& out, const target_s& target) {
+    return out << "state " << target.state << " at beat " << target.beat;
+}
 
 class phone_targets : public TestWithParam<target_s> {};
 
