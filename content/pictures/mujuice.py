@@ -94,14 +94,38 @@ def half(location, rotation, rind, flesh):
 def scene():
     table = studio.matter("table", (0.03, 0.022, 0.018), 0.14, Specular=0.6)
     studio.mesh("table", *studio.heightfield(numpy.zeros((2, 2)), 60, 60), table, False)
+    wall = studio.heightfield(numpy.zeros((2, 2)), 60, 30)
+    paper = studio.mesh("wall", *wall, studio.matter("wall", (0.55, 0.30, 0.14), 0.8), False)
+    paper.location, paper.rotation_euler = (0, 9, 10), (numpy.radians(90), 0, 0)
+    studio.lamp((0.5, 4.6, 0.3), (0.5, 9.0, 3.2), (1.0, 0.50, 0.18), 420, 1.6)
     glass = studio.matter("glass", (1, 1, 1), 0.0, Transmission=1.0, IOR=1.45)
     juice = studio.matter(
         "juice", (1.0, 0.34, 0.015), 0.12, Specular=0.5, Emission=(1.0, 0.22, 0.01, 1), Emission_Strength=0.55
     )  # stands in for the light that glass and pulp would pass on
-    outer = [(0.0001, 0), (0.60, 0), (0.66, 0.05), (0.86, 2.75), (0.87, 2.79)]
-    inner = [(0.84, 2.79), (0.82, 2.75), (0.61, 0.16), (0.0001, 0.14)]
+    # Rings close to every bend keep the walls between them straight.
+    outer = [
+        (0.0001, 0),
+        (0.58, 0),
+        (0.62, 0.01),
+        (0.66, 0.05),
+        (0.665, 0.10),
+        (0.857, 2.70),
+        (0.86, 2.75),
+        (0.865, 2.79),
+    ]
+    inner = [(0.845, 2.79), (0.825, 2.75), (0.822, 2.70), (0.63, 0.24), (0.61, 0.17), (0.57, 0.14), (0.0001, 0.14)]
     studio.mesh("glass", *turned(outer + inner), glass)
-    fill = [(0.0001, 0.145), (0.605, 0.165), (0.775, 2.20), (0.765, 2.22), (0.0001, 2.20)]
+    fill = [
+        (0.0001, 0.145),
+        (0.56, 0.145),
+        (0.60, 0.18),
+        (0.62, 0.25),
+        (0.768, 2.14),
+        (0.772, 2.18),
+        (0.76, 2.20),
+        (0.72, 2.20),
+        (0.0001, 2.20),
+    ]
     studio.mesh("juice", *turned(fill), juice)
     straw = studio.matter("straw", (0.70, 0.90, 0.60), 0.3)
     studio.pipe(
@@ -137,7 +161,7 @@ def torn():
 
 
 def make():
-    light = studio.shoot("mujuice", "scene", 1024, 576, 48)[..., :3]
+    light = studio.shoot("mujuice", "scene", 1024, 576, 64)[..., :3]
     light = light + 0.06 * art.blur(light, 8)
     squeezed = numpy.stack([art.resized(light[..., c], WIDTH, HEIGHT) for c in range(3)], -1)
     art.save(art.film(numpy.maximum(squeezed, 0), 0.9), "mujuice2.jpg", 95)
