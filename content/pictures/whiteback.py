@@ -46,9 +46,9 @@ def softbox(at, target, size, colour, strength):
 def scene():
     vertices, quads = cove()
     studio.mesh("cove", vertices, quads, studio.matter("paper", (0.86, 0.86, 0.85), 0.35, Specular=0.25))
-    softbox((-6.6, 1.2, 4.4), (0, 2, 1.6), 2.6, (1.0, 0.93, 0.80), 11.0)
-    softbox((6.9, 2.0, 3.6), (0, 2, 1.6), 2.2, (0.70, 0.90, 1.0), 7.0)
-    studio.lamp((0, 0, 12), (0, 5, 2), (1.0, 0.97, 0.92), 1500, 7.0)
+    softbox((-6.2, 1.6, 3.9), (0, -1.0, 3.3), 2.6, (1.0, 0.80, 0.52), 13.0)
+    softbox((6.6, 2.4, 3.3), (0, -0.6, 2.9), 2.2, (0.42, 0.78, 1.0), 10.0)
+    studio.lamp((0, 0, 12), (0, 5, 2), (1.0, 0.96, 0.90), 700, 7.0)
     cable = numpy.linspace(0, 1, 60)
     studio.pipe(
         "cable",
