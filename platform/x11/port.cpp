@@ -72,12 +72,14 @@ Window openchild(Display* display, Window parent, VisualID id, int width, int he
     return child;
 }
 
-// The compatibility library leaves its window at 1 x 1 when no window manager sizes it.
-void sizewindow(Display* display, Window window, int width, int height) {
+// The compatibility library leaves its window at 1 x 1 in the middle of the screen when no window
+// manager sizes it.
+void fillscreen(Display* display, Window window, int width, int height) {
     XWindowAttributes now{};
     if (XGetWindowAttributes(display, window, &now) && now.width >= width && now.height >= height)
         return;
-    XResizeWindow(display, window, static_cast<unsigned>(width), static_cast<unsigned>(height));
+    XMoveResizeWindow(display, window, 0, 0, static_cast<unsigned>(width),
+                      static_cast<unsigned>(height));
 }
 
 bool opencontext(const SDL_SysWMinfo& info, int width, int height) {
@@ -90,7 +92,7 @@ bool opencontext(const SDL_SysWMinfo& info, int width, int height) {
         return false;
     }
     EGLConfig config = pickconfig(display, configs);
-    sizewindow(display, info.info.x11.window, width, height);
+    fillscreen(display, info.info.x11.window, width, height);
     const Window child =
         openchild(display, info.info.x11.window, configvisual(config), width, height);
     return eglcontext_makecurrent(

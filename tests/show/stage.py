@@ -1,0 +1,217 @@
+"""A stage for the real program: a virtual display of its own, a window manager where the run asks
+for one, and the program with its lines.
+
+The environment says what is played and where: SHOW, the program; SHOW_WM, a window manager to
+start or nothing; SHOW_SDL, a folder with another SDL 1.2 to put in front or nothing.
+
+Tests wait for lines and pictures as long as a slow, busy machine may take (PATIENCE seconds); no
+test asserts that something is fast.
+"""
+
+import os
+import re
+import shutil
+import subprocess
+import tempfile
+import threading
+import time
+import unittest
+
+import numpy
+from PIL import Image, ImageGrab
+
+from xclient import XClient
+
+ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
+PROGRAM = os.path.realpath(os.environ.get("SHOW", os.path.join(ROOT, "build", "tarvisk")))
+WINDOW_MANAGER = os.environ.get("SHOW_WM", "")
+OTHER_SDL = os.environ.get("SHOW_SDL", "")
+PATIENCE = 120
+
+
+def wait_until(condition, what):
+    """Polls until condition() is true and returns its value."""
+    end = time.monotonic() + PATIENCE
+    while time.monotonic() < end:
+        value = condition()
+        if value:
+            return value
+        time.sleep(0.05)
+    raise AssertionError("waited in vain for " + what)
+
+
+def desktop_picture(width=854, height=480):
+    """A picture without any symmetry in place or colour, as an array of rows of R, G, B."""
+    y, x = numpy.mgrid[0:height, 0:width]
+    picture = numpy.zeros((height, width, 3), numpy.uint8)
+    picture[..., 0] = 60 + 190 * x // width
+    picture[..., 1] = 20 + 90 * y // height
+    picture[..., 2] = (x * 7 + y * 3) % 40
+    picture[: height // 4, : width // 4] = (250, 128, 0)
+    return picture
+
+
+class Stage:
+    """An X server. Its name is in .display."""
+
+    def __init__(self, width=854, height=480, depth=24, window_manager=WINDOW_MANAGER):
+        self.folder = tempfile.mkdtemp(prefix="tarvisk-show-")
+        self.processes = []
+        self.width, self.height = width, height
+        self._start_server(depth)
+        self.x = XClient(self.display)
+        if window_manager:
+            self._start(window_manager)
+            wait_until(self.x.has_window_manager, window_manager)
+
+    def _start(self, *command, **options):
+        environment = dict(os.environ, DISPLAY=self.display, XDG_CACHE_HOME=self.folder)
+        process = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL, **options)
+        self.processes.append(process)
+        return process
+
+    def _start_server(self, depth):
+        readable, writable = os.pipe()
+        self.display = ""
+        self._start("Xvfb", "-displayfd", str(writable), "-nolisten", "tcp", "-noreset", "-screen",
+                    "0", f"{self.width}x{self.height}x{depth}", pass_fds=[writable])
+        os.close(writable)
+        with os.fdopen(readable) as number:
+            self.display = ":" + number.readline().strip()
+
+    def close(self):
+        self.x.close()
+        for process in reversed(self.processes):
+            process.terminate()
+            process.wait()
+        shutil.rmtree(self.folder)
+
+    def scratch(self, without=()):
+        """A new folder that links the show's content, except what is named."""
+        folder = tempfile.mkdtemp(dir=self.folder)
+        os.mkdir(os.path.join(folder, "gfx"))
+        content = ["tarvisk.ogg"] + [f for f in os.listdir(ROOT) if f.endswith(".obj")]
+        content += [os.path.join("gfx", f) for f in os.listdir(os.path.join(ROOT, "gfx"))]
+        for name in set(content) - set(without):
+            os.symlink(os.path.join(ROOT, name), os.path.join(folder, name))
+        return folder
+
+    def hang(self, picture):
+        """Makes an array of R, G, B the picture on the root window."""
+        name = os.path.join(self.folder, "desktop.png")
+        Image.fromarray(picture).save(name)
+        subprocess.run(["xwallpaper", "--zoom", name], check=True,
+                       env=dict(os.environ, DISPLAY=self.display))
+        self.wait_for_picture(picture, "the desktop's picture")
+
+    def grab(self):
+        """What the screen shows, as an array of rows of R, G, B."""
+        return numpy.asarray(ImageGrab.grab(xdisplay=self.display).convert("RGB"))
+
+    def shows(self, picture):
+        shown = self.grab()
+        return shown.shape == picture.shape and numpy.abs(shown.astype(int) - picture).max() <= 1
+
+    def wait_for_picture(self, picture, what):
+        try:
+            wait_until(lambda: self.shows(picture), what)
+        except AssertionError:
+            Image.fromarray(self.grab()).save("/tmp/tarvisk-show-mismatch.png")
+            raise
+
+    def key(self, *arguments):
+        """key z, keydown s, ... as xdotool has them."""
+        subprocess.run(["xdotool", *arguments], check=True, stdout=subprocess.DEVNULL,
+                       env=dict(os.environ, DISPLAY=self.display))
+
+
+class Show:
+    """A run of the program. .lines is its standard error so far, without the reports that come
+    from timers; those are in .ticks."""
+
+    TIMERS = re.compile(r"fps: .*|Up all night .*")
+
+    def __init__(self, stage, *options, cwd=ROOT, **environment):
+        base = dict(os.environ, SDL_AUDIODRIVER="dummy",
+                    DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent")
+        for name in ("DISPLAY", "SDL_VIDEODRIVER"):
+            base.pop(name, None)
+        if stage:
+            base["DISPLAY"] = stage.display
+        if OTHER_SDL:
+            base["LD_LIBRARY_PATH"] = OTHER_SDL
+        base.update(environment)
+        self.lines, self.ticks = [], []
+        self.output = tempfile.TemporaryFile()
+        self.process = subprocess.Popen([PROGRAM, *options], cwd=cwd, env=base, text=True,
+                                        errors="replace", stdin=subprocess.DEVNULL,
+                                        stdout=self.output, stderr=subprocess.PIPE)
+        self.reader = threading.Thread(target=self._read, daemon=True)
+        self.reader.start()
+
+    def _read(self):
+        for line in self.process.stderr:
+            line = line.rstrip("\n")
+            (self.ticks if self.TIMERS.fullmatch(line) else self.lines).append(line)
+
+    def find(self, pattern, start=0, lines=None):
+        """The first match of a line, from line number start on, or None."""
+        lines = self.lines if lines is None else lines
+        return next((m for m in map(re.compile(pattern).fullmatch, lines[start:]) if m), None)
+
+    def wait(self, pattern, start=0, lines=None):
+        """Waits for a line that matches and returns the match."""
+
+        def found():
+            ended = self.process.poll() is not None
+            if ended:
+                self.reader.join()
+            match = self.find(pattern, start, lines)
+            if ended and not match:
+                raise AssertionError(f"ended ({self.process.returncode}) without the line "
+                                     f"{pattern!r}; its last lines: {self.lines[-10:]}")
+            return match
+
+        return wait_until(found, f"the line {pattern!r}")
+
+    def wait_for_frames(self):
+        """Waits until the timeline runs."""
+        self.wait(r"adding event 'phonetex_callscreen' .*")
+
+    def window(self, kind=""):
+        return int(self.wait(f"our {kind}window id: ([0-9A-F]{{8}})")[1], 16)
+
+    def ask_to_close(self, stage):
+        stage.x.ask_to_close(self.window("wm") or self.window())
+
+    def status(self):
+        """Waits for the end; the exit status."""
+        self.process.wait(PATIENCE)
+        self.reader.join()
+        return self.process.returncode
+
+    def stdout(self):
+        self.output.seek(0)
+        return self.output.read().decode(errors="replace")
+
+    def close(self):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.status()
+        self.process.stderr.close()
+        self.output.close()
+
+
+class ShowTest(unittest.TestCase):
+    """A test with stages and shows that end with it."""
+
+    def stage(self, *arguments, **options):
+        stage = Stage(*arguments, **options)
+        self.addCleanup(stage.close)
+        return stage
+
+    def show(self, stage, *options, **environment):
+        show = Show(stage, *options, **environment)
+        self.addCleanup(show.close)
+        return show

@@ -1,0 +1,80 @@
+"""Keys and the window while the show runs."""
+
+import signal
+import unittest
+
+from stage import OTHER_SDL, WINDOW_MANAGER, ShowTest, desktop_picture, wait_until
+
+CLOCK = r"timeval: (-?\d+\.\d{3}) beatgrid: (-?\d+\.\d{3})"
+
+
+class Keys(ShowTest):
+    def press_z(self, stage, show):
+        """Presses z until the window has the keyboard and answers; the match."""
+        seen = len(show.lines)
+
+        def pressed():
+            stage.key("key", "z")
+            return show.find(CLOCK, seen)
+
+        return wait_until(pressed, "an answer to z")
+
+    def start(self, *options, desktop=None):
+        """A show that has presented frames and hears keys."""
+        stage = self.stage()
+        if desktop is not None:
+            stage.hang(desktop)
+        show = self.show(stage, *options)
+        show.wait_for_frames()
+        wait_until(lambda: float(self.press_z(stage, show)[1]) > 0.0, "the clock")
+        return stage, show
+
+    def test_z_prints_the_clock(self):
+        stage, show = self.start("--nomusic", "--skip", "40")
+        first = self.press_z(stage, show)
+        second = self.press_z(stage, show)
+        self.assertGreaterEqual(float(first[1]), 40.0)
+        self.assertGreater(float(second[1]), float(first[1]))
+        beat = (float(first[1]) - 0.128) * 8 / 5.079
+        self.assertAlmostEqual(float(first[2]), beat, delta=0.005)
+
+    def test_escape_changes_nothing_and_q_quits(self):
+        stage, show = self.start()
+        stage.key("key", "Escape")
+        self.press_z(stage, show)
+        stage.key("key", "q")
+        self.assertEqual(show.status(), 1)
+
+    def test_s_shows_the_captured_desktop_while_it_is_held(self):
+        desktop = desktop_picture()
+        stage, show = self.start("--nomusic", "--skip", "40", desktop=desktop)
+        wait_until(lambda: not stage.shows(desktop), "a frame of the show")
+        stage.key("keydown", "s")
+        stage.wait_for_picture(desktop, "the desktop while s is held")
+        stage.key("keyup", "s")
+        wait_until(lambda: not stage.shows(desktop), "the show after s")
+
+    def test_closing_the_window_quits(self):
+        stage, show = self.start()
+        show.ask_to_close(stage)
+        self.assertEqual(show.status(), 1)
+
+    def test_signals_quit_like_closing(self):
+        for number in (signal.SIGINT, signal.SIGTERM):
+            with self.subTest(number):
+                _, show = self.start()
+                show.process.send_signal(number)
+                self.assertEqual(show.status(), 1)
+
+    @unittest.skipIf(OTHER_SDL, "the compatibility library reports no resize of this window")
+    def test_resize_is_reported(self):
+        stage, show = self.start("--nomusic", "--skip", "40")
+        for window in ("fs", "wm"):  # with a window manager SDL listens to the one, else to the other
+            stage.x.resize(show.window(window), 600, 300)
+        show.wait("resize event.")
+        show.wait("now changing mode.")
+        self.press_z(stage, show)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,104 @@
+"""The start where something is missing: music, sound, a display, a large enough screen."""
+
+import os
+import signal
+import socket
+import threading
+import unittest
+
+from stage import ShowTest, desktop_picture, wait_until
+
+
+class Lack(ShowTest):
+    def test_missing_music_is_reported_and_the_show_goes_on(self):
+        stage = self.stage()
+        show = self.show(stage, cwd=stage.scratch(without=["tarvisk.ogg"]))
+        self.assertRegex(show.wait("guess what: .*")[0], "tarvisk.ogg")
+        self.assertEqual(show.lines[show.lines.index("initting music") + 1][:11], "guess what:")
+        show.wait_for_frames()
+
+    def test_music_that_is_no_music_is_reported_and_the_show_goes_on(self):
+        stage = self.stage()
+        folder = stage.scratch(without=["tarvisk.ogg"])
+        with open(os.path.join(folder, "tarvisk.ogg"), "w") as file:
+            file.write("not music")
+        show = self.show(stage, cwd=folder)
+        show.wait("guess what: .*")
+        show.wait_for_frames()
+
+    def test_no_sound_device_ends_the_show(self):
+        # The disk driver is there for SDL, but its file cannot be opened.
+        show = self.show(self.stage(), SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILE="/nonexistent/f")
+        self.assertEqual(show.status(), 1)
+        self.assertEqual(show.lines[-1], "initting music")
+        self.assertRegex(show.stdout(), r"\nError initializing SDL_mixer: .+\n\Z")
+
+    def test_no_display_at_all_aborts_in_sdl(self):
+        show = self.show(None)
+        self.assertEqual(show.status(), -signal.SIGABRT)
+        self.assertRegex(show.lines[-1], "res == 0")
+
+    def test_no_display_for_the_capture_leaves_it_black(self):
+        stage = self.stage()
+        stage.hang(desktop_picture())
+        show = self.show(stage, "--nomusic", "--skip", "40", DISPLAY=refusing_once(self, stage))
+        show.wait_for_frames()
+        self.assert_s_is_black(stage, show)
+
+    def test_screen_smaller_than_the_capture_leaves_it_black(self):
+        stage = self.stage(640, 480)
+        stage.hang(desktop_picture(640, 480))
+        show = self.show(stage, "--nomusic", "--skip", "40")
+        show.wait("viewport should be now 640, 480")
+        show.wait_for_frames()
+        self.assert_s_is_black(stage, show)
+
+    def test_larger_screen_gives_its_top_left_part(self):
+        stage = self.stage(1280, 720)
+        desktop = desktop_picture(1280, 720)
+        stage.hang(desktop)
+        show = self.show(stage, "--nomusic", "--skip", "40")
+        show.wait("viewport should be now 1280, 720")
+        show.wait_for_frames()
+        stage.key("keydown", "s")
+
+        def corners_match():
+            # Red and green change slowly from the one corner to the other.
+            shown = stage.grab()[..., :2].astype(int)
+            return (abs(shown[4, 4] - desktop[2, 2, :2]).max() <= 2
+                    and abs(shown[-2, -2] - desktop[478, 852, :2]).max() <= 2)
+
+        wait_until(corners_match, "the top left part of the desktop")
+
+    def assert_s_is_black(self, stage, show):
+        wait_until(lambda: stage.grab().any(), "a frame of the show")
+        stage.key("keydown", "s")
+        wait_until(lambda: not stage.grab().any(), "a black capture")
+        stage.key("keyup", "s")
+        wait_until(lambda: stage.grab().any(), "the show again")
+
+
+def refusing_once(test, stage):
+    """The name of a display that closes its first connection and then is the stage's."""
+    folder = "/tmp/.X11-unix"
+    number = next(n for n in range(1000 + os.getpid() % 10000, 60000)
+                  if not os.path.exists(f"{folder}/X{n}"))
+    path = f"{folder}/X{number}"
+    door = socket.socket(socket.AF_UNIX)
+    door.bind(path)
+    door.listen()
+    test.addCleanup(lambda: os.path.lexists(path) and os.unlink(path))
+
+    def refuse():
+        connection, _ = door.accept()
+        os.symlink(f"{folder}/X{stage.display[1:]}", path + ".new")
+        os.rename(path + ".new", path)
+        connection.close()
+        door.close()
+
+    threading.Thread(target=refuse, daemon=True).start()
+    return f":{number}"
+
+
+if __name__ == "__main__":
+    unittest.main()
