@@ -11,7 +11,7 @@ from scipy.io import wavfile
 from grid import BEAT0, BEAT, RATE, LENGTH, seconds
 
 TARGET = -14.0  # LUFS, integrated
-CEILING = -1.8  # dBTP before encoding; the codec adds a little
+CEILING = -2.2  # dBTP before encoding; the codec adds a little
 QUALITY = "6"
 DRIVE = 0.8  # how far the mix goes into the soft clipper before the limiter
 FADERS = {"drums": -2.0, "bass": 0.0, "pads": 3.0, "keys": 3.0, "lead": 1.5, "perc": 4.0, "fx": 0.5}  # dB by stem
@@ -114,6 +114,11 @@ def k_weighted_blocks(x):
     return (square[at + int(0.4 * RATE)] - square[at]) / (0.4 * RATE)
 
 
+def mean_loudness(x):
+    """Loudness in LUFS without a gate."""
+    return -0.691 + 10 * np.log10(k_weighted_blocks(x).mean() + 1e-12)
+
+
 def loudness(x):
     """Integrated loudness in LUFS, gated."""
     z = k_weighted_blocks(x)
@@ -138,7 +143,7 @@ def mixed(waves, part):
     for stem, path in waves.items():
         curve = fader(stem, part.rides) * db(-depth * DUCK.get(stem, 0))
         out = out + load(path) * curve[:, None]
-    return out
+    return out * fader("all", part.rides)[:, None]
 
 
 def mastered(mix):

@@ -18,6 +18,12 @@ def break_beat(p, first, beats, level=1.0):
                                           ("hat", hat, 0.6, 0.3, 0.002)):
         full = (steps * 8)[: int(beats * 4)]
         p.pattern(voice, first, full, vel=vel * level, pan=pan, human=human, swing=0.06 if voice == "hat" else 0)
+    p.pattern("hat", first, ("." * 14 + "x." ) * int(beats / 4), vel=0.6 * level, pan=-0.25, extra=(0.2,))
+
+
+def phone_answers(p, beat, up=0):
+    """The ring tone fills the long note in the second bar of theme A."""
+    p.melody("ring", beat, "A5:.25 D6:.25 F6:.25 A6:.25 G6:.25 F6:.25", vel=0.5, pan=0.35, up=up, legato=0.8)
 
 
 def drop(p):
@@ -49,6 +55,7 @@ def drop(p):
     p.melody("lead", 129, A, vel=0.8, pan=-0.05)
     p.melody("lead", 145, "D5:1 E5:.5 F5:1.5 G5:.5 A5:.5 | C6:1.5 Bb5:.5 A5:1 F5:1 | "
              "Bb5:1 A5:.5 G5:1.5 F5:.5 E5:.5 | E5:.5 F5:.5 G5:.5 A5:.5 Bb5:.5 C#6:.5", vel=0.82, pan=-0.05)
+    phone_answers(p, 134)
     p.melody("reed", 129, A_UNDER, vel=0.55, pan=0.4)
     p.melody("reed", 145, A2_UNDER.rsplit("|", 1)[0], vel=0.55, pan=0.4)
     p.arp("pluck", 137, "F/A:2 Gm9:2 A7sus4:2 A7:2", "0213243521", vel=0.4, centre=76, extra=(0.6,))
@@ -61,9 +68,9 @@ def drop(p):
         p.play("fall", beat, 3, vel=0.7)
         p.play("subdrop", beat, 2, "D3", 0.35)
     # And climbs.
-    p.play("riser", 156, 4, "D4", 0.7)
-    p.pattern("snare", 158, "x.x.xxXX", vel=0.75)
-    p.play("swell", 157, 3, vel=0.7)
+    p.play("riser", 156, 3.75, "D4", 0.6)
+    p.pattern("snare", 158, "x.x.xxX.", vel=0.75)
+    p.play("swell", 157, 2.85, vel=0.6)
 
 
 def rock(p):
@@ -76,6 +83,7 @@ def rock(p):
         text = f"{rich}:{length}"
         p.play("hit", beat, vel=1.0, extra=(0.4,))
         p.play("anvil", beat, 2, "D4" if beat % 2 else "F4", 0.8, 0.2)
+        p.play("clap", beat, vel=0.7)
         p.play("crash", beat, vel=0.6)
         p.chords("brass", beat, f"{plain}:{min(length, 3)}", vel=0.65, centre=55, legato=0.7, width=0.4)
         p.chords("choir", beat, text, vel=0.6, centre=64, extra=(1,))
@@ -93,7 +101,7 @@ def rock(p):
     for beat in (164, 169, 172, 177):
         p.play("swell", beat - 0.5, 1.5, vel=0.5)
     p.pattern("tom", 179, "xxXX", note="D2", vel=0.9)
-    p.play("riser", 176, 4, "A2", 0.5)
+    p.play("riser", 176, 3.75, "A2", 0.5)
 
 
 def machine(p):

@@ -23,7 +23,7 @@ def phone_wakes(p):
     p.arp("pluck", 6, "D5:2", "01234567", grid=0.25, vel=0.25, centre=66, grow=0.6, extra=(0.2,))
 
 
-def kit(p, first, bars, kick, snare, hat, level=1.0, swing=0.1, hats=0.5):
+def kit(p, first, bars, kick, snare, hat, level=1.0, swing=0.1, hats=0.7):
     """The plain kit over whole bars of four, with one bar of steps for each drum."""
     for bar in range(bars):
         at = first + bar * 4
@@ -40,12 +40,12 @@ def logo(p):
     kit(p, 8, 6, "X......xX..x....", "....X..-....X..-", "x.o.x.ooX.o.x.o.", 0.85)
     p.riff("bass", 8, vamp, "R..RO...R.r.F.S.", vel=0.8, extra=(0.4,))
     p.chords("epiano", 8, vamp, vel=0.55, centre=60, steps="x..x..x.....x...", legato=2.2, human=0.003)
-    p.pattern("click", 8, "..x...x...x...x." * 2, note="A5", vel=0.35, pan=-0.4, human=0.003)
+    p.pattern("click", 8, "..x...x...x...x." * 6, note="A5", vel=0.5, pan=-0.4, human=0.003)
     # The ribbon.
     p.play("hit", 11, vel=0.35)
     p.arp("pluck", 11, "Dm9:1", "0123456789", grid=0.125, vel=0.6, centre=70, extra=(0.8,))
     p.play("bell", 11, 2, "D6", 0.35, 0.3)
-    p.pattern("shaker", 12, "xoxo" * 20, vel=0.4, pan=-0.35, human=0.004, swing=0.1)
+    p.pattern("shaker", 12, "xoxo" * 20, vel=0.55, pan=-0.35, human=0.004, swing=0.1)
     p.arp("pluck", 12, "Bbmaj9:2 C9sus4:2", "0213243", vel=0.3, centre=72, extra=(0.35,), human=0.002)
 
     p.melody("whistle", 15.5, PICKUP, vel=0.7)
@@ -53,7 +53,7 @@ def logo(p):
     p.chords("epiano", 16, A_CHORDS, vel=0.55, centre=60, steps="x..x..x.....x...", legato=2.2, human=0.003)
     p.chords("pad", 16, A_CHORDS, vel=0.3, centre=60, extra=(0.2,))
     p.riff("bass", 16, A_CHORDS, "R..RO...R.r.F.S.", vel=0.8, extra=(0.45,))
-    p.arp("pluck", 16, A_CHORDS, "0..2..1.3..2..4.", vel=0.4, centre=72, extra=(0.4,), human=0.002)
+    p.arp("pluck", 16, A_CHORDS, "0..2..1.3..2..4.", vel=0.5, centre=72, extra=(0.7,), human=0.002)
     p.play("whoosh", 19, 1.6, "A3", 0.4, -0.8)
     p.pattern("clap", 24, "....x.......x..." * 2, vel=0.4)
     p.pattern("snare", 23.5, ".o", vel=0.5)

@@ -2,7 +2,7 @@
 
 from grid import END
 from notation import transposed
-from score.city import break_beat
+from score.city import break_beat, phone_answers
 from score.themes import RING, A, A2, A2_CHORDS, A2_UNDER, A_CHORDS, A_UNDER, B, B_CHORDS, B_UNDER
 
 UP = 2  # from D minor to E minor
@@ -23,6 +23,7 @@ def theme_a(p):
     p.play("crash", 288, vel=0.9)
     p.play("subdrop", 288, 2, "E3", 0.4)
     p.melody("lead", 287.5, "B4:.5", vel=0.7)
+    phone_answers(p, 293, UP)
     for first, chords, tune, under in ((288, A_UP, A, A_UNDER), (304, A2_UP, A2, A2_UNDER)):
         grooves(p, first, chords, 0.6)
         break_beat(p, first, 15)
@@ -47,33 +48,47 @@ def theme_a(p):
 
 
 def theme_b(p):
-    """320 - 352: theme B twice, in G; sung, then with everything; the heart is back."""
-    for first, level in ((320, 0.9), (336, 1.0)):
+    """320 - 352: theme B twice, in G: sung over half the drums and the heart, then with everything."""
+    for first, full in ((320, False), (336, True)):
+        three = " ".join(B_UP.split()[:3])
         p.play("hit", first, vel=0.8)
         p.play("crash", first, vel=0.85)
-        three = " ".join(B_UP.split()[:3])
-        grooves(p, first, three, 0.5, "R..R..O.R..RF.r.")
-        break_beat(p, first, 12, level)
-        p.pattern("clap", first, "....x.......x..." * 3, vel=0.7)
-        p.pattern("ride", first, "x.o." * 12, vel=0.45, pan=-0.3)
         p.chords("choir", first, B_UP, vel=0.46, centre=64, extra=(0.7,))
-        p.melody("voice", first, B, vel=0.8, up=UP)
-        p.melody("lead", first, B, vel=0.5 if first == 320 else 0.7, up=UP, pan=-0.1)
+        p.melody("voice", first, B, vel=0.85, up=UP)
         p.melody("reed", first, B_UNDER, vel=0.6, up=UP, pan=0.35)
-        p.arp("musicbox", first, B_UP, "0.2.1.3.2.4.3.5.", vel=0.32, centre=80, human=0.003)
-        p.arp("pluck", first, three, "0213243521", vel=0.36, centre=76, extra=(0.6,))
-        for i in range(4):
-            p.play("hit", first + 12 + i, vel=0.5)
-            p.play("kick", first + 12 + i, vel=0.95)
-            p.play("clap", first + 12 + i, vel=0.7)
-        p.chords("stab", first + 12, FOUR_UP, vel=0.55, centre=66, legato=0.5, extra=(0.7,))
-        p.riff("growl", first + 12, FOUR_UP, "R_.r", vel=0.9, extra=(0.6,))
-        p.chords("strings", first + 12, FOUR_UP, vel=0.45, centre=68, extra=(0.7,))
+        p.arp("musicbox", first, B_UP, "0.2.1.3.2.4.3.5.", vel=0.36, centre=80, human=0.003)
+        if full:
+            grooves(p, first, three, 0.6, "R..R..O.R..RF.r.")
+            break_beat(p, first, 12)
+            p.pattern("clap", first, "....x.......x..." * 3, vel=0.7)
+            p.pattern("ride", first, "x.o." * 12, vel=0.5, pan=-0.3)
+            p.melody("lead", first, B, vel=0.75, up=UP, pan=-0.1)
+            p.arp("pluck", first, three, "0213243521", vel=0.4, centre=76, extra=(0.7,))
+        else:
+            p.riff("bass", first, three, "R__.r.R..R__F.r.", vel=0.85, extra=(0.4,))
+            p.chords("strings", first, three, vel=0.46, centre=68, extra=(0.6,))
+            p.chords("epiano", first, three, vel=0.55, centre=62, steps="x.....x..x..x...", legato=3, human=0.004)
+            p.pattern("kick", first, "X......x..X....." * 3, vel=0.95)
+            p.pattern("snare", first, "........X......o" * 3, vel=0.8, extra=(0.3,))
+            p.pattern("hat", first, "xoxoxoxo" * 6, vel=0.5, pan=0.3, human=0.003)
+        letters(p, first + 12, full)
     for beat in range(320, 352):
-        p.play("heart", beat, vel=0.45)
+        p.play("heart", beat, vel=0.5)
+    p.pattern("snare", 334, "....x.xX", vel=0.6)
     p.play("swell", 333, 3, vel=0.6)
-    p.play("swell", 349, 3, vel=0.8)
+    p.play("swell", 349, 3, vel=0.7)
     p.pattern("snare", 350, "x.x.xxXX", vel=0.6)
+
+
+def letters(p, beat, full):
+    """The four quarters that end theme B."""
+    for i in range(4):
+        p.play("hit", beat + i, vel=0.5)
+        p.play("kick", beat + i, vel=0.95)
+        p.play("clap", beat + i, vel=0.7)
+    p.chords("stab", beat, FOUR_UP, vel=0.55, centre=66, legato=0.5, extra=(0.7,))
+    p.riff("growl" if full else "bass", beat, FOUR_UP, "R_.r", vel=0.9, extra=(0.6,))
+    p.chords("strings", beat, FOUR_UP, vel=0.45, centre=68, extra=(0.7,))
 
 
 def both(p):
@@ -91,7 +106,8 @@ def both(p):
     p.melody("reed", 352, A_UNDER, vel=0.6, up=UP, pan=0.4)
     p.chords("choir", 352, A_UP, vel=0.5, centre=66, extra=(1,))
     p.arp("pluck", 352, A_UP, "0213243521", vel=0.4, centre=78, extra=(0.75,))
-    for beat in range(352, 366, 2):
+    phone_answers(p, 357, UP)
+    for beat in (352, 360, 362, 364):
         p.melody("ring", beat, RING, vel=0.22, up=UP, pan=-0.4, legato=0.8)
     p.pattern("tom", 366, "x..x..x.x.x.X.X.", grid=0.125, note="E3", vel=0.75)
     p.play("kick", 366, vel=0.9)

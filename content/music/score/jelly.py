@@ -70,13 +70,13 @@ def explosion(p):
     p.pattern("kick", 254, "X..X.X.XX.XX.XXX", grid=0.125, vel=0.9)
     p.play("fall", 254, 2, vel=0.7)
     p.play("subdrop", 252, 4, "B2", 0.6)
-    p.play("swell", 252, 4, vel=0.9)
+    p.play("swell", 252, 3.9, vel=0.7)
 
 
 def face(p):
     """256 - 273: after the blast wide pads, now in E minor and G; theme B at half speed; half time from 260."""
     wide = "Cmaj9:4 G/B:4 Am9:4 D9sus4:2 D9:3"
-    p.play("blast", 256, 10, vel=0.9)
+    p.play("blast", 256, 10, vel=1.15)
     p.play("hit", 256, vel=0.9, extra=(0.5,))
     p.chords("pad", 256, wide, vel=0.55, centre=64, extra=(0.55,))
     p.chords("choir", 256, wide, vel=0.42, centre=66, extra=(0.5,))
@@ -110,13 +110,13 @@ def stars(p):
     p.pattern("kick", 273, "X...X...X...X..." * 2 + "X...X...X...X...X...", vel=0.85)
     p.pattern("hat", 277, "..x." * 11, vel=0.5, pan=0.25, extra=(0.1,))
     p.pattern("clap", 281, "....x.......x.......x..." + "x.xx", vel=0.55)
-    p.play("clap", 280, vel=0.4)
+    p.play("clap", 280, vel=0.6)
     p.melody("whistle", 273, "r:1 B5:3 | r:1 G5:1.5 A5:.5 B5:1", vel=0.5, pan=-0.2)
     p.melody("reed", 281, "E5:1 G5:1 C6:1 B5:1 | A5:1 B5:1", vel=0.7, pan=0.1)
-    p.play("whoosh", 278.2, 3, "C5", 0.6, 0.9)
-    p.play("riser", 281, 7, "B3", 0.75)
-    p.pattern("snare", 285, "x.x.x.x.xxxX", vel=0.65)
-    p.play("swell", 284, 4, vel=0.8)
+    p.play("whoosh", 277.6, 3, "C5", 0.6, 0.9)
+    p.play("riser", 281, 6.75, "B3", 0.65)
+    p.pattern("snare", 285, "x.x.x.x.xxX.", vel=0.65)
+    p.play("swell", 284, 3.85, vel=0.65)
 
 
 def compose(p):
