@@ -360,7 +360,7 @@ struct orbit_s {
     float zepo; // distance along the phone's own way, model units
 };
 
-orbit_s orbit; // where scene 9 takes the phone over
+orbit_s lastorbit; // where scene 9 takes the phone over
 
 void setspacepose(const orbit_s& orbit) {
     resetphone();
@@ -396,9 +396,9 @@ void scene_spacefly() {
         clearframe();
         starfield2->draw();
         dropface();
-        orbit = spaceorbit();
-        turnstars(orbit.ang);
-        setspacepose(orbit);
+        lastorbit = spaceorbit();
+        turnstars(lastorbit.ang);
+        setspacepose(lastorbit);
         phonedraw();
         if (fires("stopspacefly", 288))
             return;
@@ -418,9 +418,9 @@ void drawfinale() {
 // The phone coasts on from where it was into rest. Runs until the viewer quits.
 void scene_finale() {
     usedepth();
-    spring_c<float> zepo_s(orbit.zepo, orbit.zepo + 10.0f, 0.1f, 0.94f);
+    spring_c<float> zepo_s(lastorbit.zepo, lastorbit.zepo + 10.0f, 0.1f, 0.94f);
     zepo_s.vel = -0.9f;
-    spring_c<float> ang_s(orbit.ang, orbit.ang, 0.01f, 0.94f);
+    spring_c<float> ang_s(lastorbit.ang, lastorbit.ang, 0.01f, 0.94f);
     ang_s.vel = 0.02f;
     sf_zchange = 0.1f;
     for (;;) {
