@@ -51,7 +51,7 @@ def front(x, y):
     edge = -pill(x, y, 0, phone.CENTRE_Y, phone.HALF_X, phone.HALF_Y, phone.CORNER)
     layer.light(0.30 * np.exp(-((edge - phone.SEAM - 0.5) / 0.32) ** 2), (0.85, 0.93, 1.0))
     layer.light(0.05 * np.exp(-((edge - 2.5) / 0.5) ** 2))
-    layer.shade(1 - 0.9 * np.exp(-((edge - phone.SEAM) / 0.12) ** 2))
+    layer.shade(1 - 0.8 * np.exp(-((edge - phone.SEAM) / 0.22) ** 2))
     screen = pill(x, y, 0, phone.CENTRE_Y, phone.SCREEN_HALF_X, (phone.SCREEN_HIGH - phone.SCREEN_LOW) / 2, 0.0)
     layer.shade(1 - 0.75 * (1 - smooth(0.0, 0.7, screen)))
 
@@ -118,7 +118,7 @@ def back(x, y):
     layer.shade(1 + 0.012 * random.standard_normal(x.shape))
     edge = -pill(x, y, 0, phone.CENTRE_Y, phone.HALF_X, phone.HALF_Y, phone.CORNER)
     layer.light(0.20 * np.exp(-((edge - phone.SEAM - 1.0) / 0.7) ** 2), (0.65, 0.9, 1.0))
-    layer.shade(1 - 0.85 * np.exp(-((edge - phone.SEAM) / 0.13) ** 2))
+    layer.shade(1 - 0.75 * np.exp(-((edge - phone.SEAM) / 0.22) ** 2))
     seam = np.abs(y - (phone.CENTRE_Y - 52.0)) - 0.07
     layer.paint(seam, (0.01, 0.05, 0.06))
     layer.paint(np.abs(y - (phone.CENTRE_Y - 51.8)) - 0.07, (0.2, 0.5, 0.55), 0.3)
@@ -161,7 +161,7 @@ def brushed(run, across, seed):
     for lip in (0.75, phone.FRAME_LENGTH - 0.75):
         layer.light(0.30 * np.exp(-((across - lip) / 0.50) ** 2))
     for seam in (0.0, phone.FRAME_LENGTH):
-        layer.shade(1 - 0.9 * np.exp(-((across - seam) / 0.13) ** 2))
+        layer.shade(1 - 0.7 * np.exp(-((across - seam) / 0.16) ** 2))
     return layer
 
 
@@ -188,7 +188,7 @@ def side(number, run, across):
     if number == 0:
         for y, half in phone.BUTTONS:
             shape = pill(run, across, y - phone.CENTRE_Y, middle, half, phone.BUTTON_HALF_Z, phone.BUTTON_HALF_Z)
-            layer.shade(np.where(shape > 0, 1 - 0.75 * np.exp(-shape / 0.28), 1.0))
+            layer.shade(np.where(shape > 0, 1 - 0.65 * np.exp(-shape / 0.40), 1.0))
             layer.paint(shape, METAL * (1.08 - 0.10 * np.abs(across - middle))[..., None])
             layer.light((shape < 0) * 0.18 * np.exp(-((shape + 0.30) / 0.12) ** 2))
     if number == 2:
