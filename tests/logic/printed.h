@@ -1,11 +1,11 @@
-// What a piece of the show says, and a folder for what it writes.
+// What a piece of the show says, and files for it to read.
 #pragma once
 
-#include <filesystem>
+#include "../scratch.h"
+
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 
 // Standard error of `action`.
 template<class T>
@@ -23,29 +23,6 @@ std::string printedout(T action) {
     fflush(stdout);
     return testing::internal::GetCapturedStdout();
 }
-
-// An empty folder that is the working directory for as long as the object lives.
-class scratch_c {
-public:
-    scratch_c()
-        : before(std::filesystem::current_path()),
-          folder(std::filesystem::temp_directory_path() /
-                 ("tarvisk-test-" + std::to_string(getpid()))) {
-        std::filesystem::create_directories(folder);
-        std::filesystem::current_path(folder);
-    }
-
-    ~scratch_c() {
-        std::filesystem::current_path(before);
-        std::filesystem::remove_all(folder);
-    }
-
-    scratch_c(const scratch_c&) = delete;
-    scratch_c& operator=(const scratch_c&) = delete;
-
-private:
-    std::filesystem::path before, folder;
-};
 
 inline void writefile(const std::string& name, const std::string& content) {
     std::ofstream(name, std::ios::binary) << content;

@@ -109,9 +109,10 @@ class Start(ShowTest):
             return stage.x.property(window, "_NET_WM_WINDOW_TYPE") == atom
 
         wait_until(lambda: type_is("DIALOG"), "the dialog type")
-        show.wait_for_frames()
+        line = "setting the hildon atom"
+        wait_until(lambda: show.lines.count(line) >= 2, "the second " + line)
         wait_until(lambda: type_is("NORMAL"), "the normal type")
-        self.assertEqual(show.lines.count("setting the hildon atom"), 2)
+        self.assertEqual(show.lines.count(line), 2)
 
 
 if __name__ == "__main__":
