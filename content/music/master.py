@@ -8,7 +8,7 @@ import numpy as np
 from scipy import ndimage, signal
 from scipy.io import wavfile
 
-from grid import BEAT0, BEAT, RATE, LENGTH, seconds
+from grid import LENGTH, RATE, seconds
 
 TARGET = -14.0  # LUFS, integrated
 CEILING = -2.2  # dBTP before encoding; the codec adds a little
@@ -62,8 +62,9 @@ def shelf(kind, hz, level):
     a, w = db(level / 2), 2 * np.pi * hz / RATE
     sign = 1 if kind == "low" else -1
     alpha, c = np.sin(w) / np.sqrt(2) * 2 * np.sqrt(a), sign * np.cos(w)
-    numerator = a * np.array([a + 1 - (a - 1) * c + alpha, sign * 2 * (a - 1 - (a + 1) * c), a + 1 - (a - 1) * c - alpha])
-    denominator = np.array([a + 1 + (a - 1) * c + alpha, -sign * 2 * (a - 1 + (a + 1) * c), a + 1 + (a - 1) * c - alpha])
+    near, far = (a - 1) * c, (a + 1) * c
+    numerator = a * np.array([a + 1 - near + alpha, sign * 2 * (a - 1 - far), a + 1 - near - alpha])
+    denominator = np.array([a + 1 + near + alpha, -sign * 2 * (a - 1 + far), a + 1 + near - alpha])
     return np.concatenate([numerator, denominator]) / denominator[0]
 
 

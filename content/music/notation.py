@@ -134,7 +134,8 @@ class Part:
                 if sings:
                     force *= 1 + 0.012 * max(-8, min(8, note - 74 - up))
                     extra = (hertz(before) if before else 0,)
-                self.play(instrument, beat, length * legato, note, force, pan, extra, human or VOICES.get(instrument, 0))
+                spread = human or VOICES.get(instrument, 0)
+                self.play(instrument, beat, length * legato, note, force, pan, extra, spread)
             before = note if name else None
             beat += length
         return beat

@@ -3,7 +3,7 @@
 The phrase of the city starts on 129: the bar before has five beats, its last bar (157 - 160) three.
 """
 
-from score.themes import A, A2, A2_UNDER, A_UNDER
+from score.themes import A, A2_UNDER, A_UNDER
 
 CITY_1 = "Dm9:4 Bbmaj9:2 C9sus4:2 F/A:2 Gm9:2 A7sus4:2 A7:2"
 CITY_2 = "Dm9:4 Bbmaj9:4 Gm9:2 C9sus4:2 A7sus4:1 Bbmaj7:1 A7:1"
@@ -76,7 +76,8 @@ def drop(p):
 def rock(p):
     """160 - 180: low and heavy, half time. Each move of the camera is a hit and a new chord."""
     moves = [(160, "D", 5), (165, "Bb", 5), (170, "Eb", 3), (173, "C", 5), (178, "A", 2)]
-    chords = {"D": ("Dm9", "Dm"), "Bb": ("Bbmaj7", "Bb"), "Eb": ("Ebmaj7#11", "Eb"), "C": ("Cm9", "Cm"), "A": ("A7b9", "A7")}
+    chords = {"D": ("Dm9", "Dm"), "Bb": ("Bbmaj7", "Bb"), "Eb": ("Ebmaj7#11", "Eb"), "C": ("Cm9", "Cm"),
+              "A": ("A7b9", "A7")}
     steps = {5: "R__R_.r_R__.R_r.R___", 3: "R__R_.r_R__.", 2: "R__RR_rR"}
     for beat, root, length in moves:
         rich, plain = chords[root]
@@ -135,10 +136,12 @@ def machine(p):
     p.arp("pluck", 192, second, "0.3.1.4.2.5.", vel=0.35, centre=82, extra=(0.7,), width=0.8)
     p.riff("sub", 192, second, "R_______R___r___", vel=0.5, lowest=28)
     # The theme as a machine would play it, in canon at one beat.
-    clockwork = "G5:.5 A5:.25 Bb5:.75 A5:.25 F5:.25 r:2 | G5:.5 D5:.25 F5:.25 G5:.5 r:2.5 | Eb5:.5 F5:.25 G5:.75 F5:.25 D5:.25 r:2"
+    clockwork = ("G5:.5 A5:.25 Bb5:.75 A5:.25 F5:.25 r:2 | G5:.5 D5:.25 F5:.25 G5:.5 r:2.5 | "
+                 "Eb5:.5 F5:.25 G5:.75 F5:.25 D5:.25 r:2")
     p.melody("lead", 180, clockwork, vel=0.55, pan=-0.35, legato=0.7)
     p.melody("lead", 181, clockwork.rsplit("|", 1)[0], vel=0.4, pan=0.45, legato=0.7, up=-12)
-    line = "C6:1 Bb5:.5 Ab5:1.5 G5:1 | Ab5:1 G5:.5 F5:1.5 C5:1 | D5:1 F5:.5 G5:1.5 Bb5:1 | A5:1 G5:.5 E5:.5 C#5:.5 E5:.5 G5:.5 Bb5:.5"
+    line = ("C6:1 Bb5:.5 Ab5:1.5 G5:1 | Ab5:1 G5:.5 F5:1.5 C5:1 | D5:1 F5:.5 G5:1.5 Bb5:1 | "
+            "A5:1 G5:.5 E5:.5 C#5:.5 E5:.5 G5:.5 Bb5:.5")
     p.melody("lead", 192, line, vel=0.75, pan=-0.1)
     p.melody("brass", 192, "Ab3:4 F3:4 G3:4 A3:4", vel=0.6, pan=0.1)
     p.play("riser", 204, 3.75, "A3", 0.7)

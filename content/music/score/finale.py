@@ -128,7 +128,7 @@ def let_go(p):
     p.riff("bass", 368, " ".join(last.split()[:2]), "R...R...r.......", vel=0.7, extra=(0.3,))
     p.riff("sub", 376, " ".join(last.split()[2:]), "R_______", vel=0.55, lowest=28)
     p.chords("strings", 368, last, vel=0.4, centre=66, extra=(0.4,))
-    p.chords("epiano", 368, last.rsplit(" ", 1)[0], vel=0.55, centre=62, steps="x.......x.......", legato=7, human=0.003)
+    p.chords("epiano", 368, last.rsplit(" ", 1)[0], vel=0.55, centre=62, steps="x.......", legato=7, human=0.003)
     p.chords("epiano", 383, "B7:1", vel=0.45, centre=62)
     p.chords("pad", 372, " ".join(last.split()[1:]), vel=0.35, centre=62, extra=(0.25,))
     p.melody("voice", 368, "D5:1 E5:.5 F5:1.5 G5:.5 A5:.5 | C6:1.5 Bb5:.5 A5:1 F5:1", vel=0.65, up=UP)

@@ -1,7 +1,6 @@
 """Beats 52 to 129: the heart, the lace, the call, the white room."""
 
-from notation import duration
-from score.themes import A_CHORDS, B, B_CHORDS, B_UNDER, RING
+from score.themes import B, B_CHORDS, B_UNDER, RING
 
 LETTERS = "Bbmaj7:1 F/A:1 Gm7:1 C9sus4:1"
 

@@ -58,7 +58,7 @@ def explosion(p):
     p.arp("pluck", 240, climb, "0123454321", vel=0.45, centre=74, extra=(0.6,), grow=0.6)
     p.melody("brass", 240, "G4:1 A4:.5 Bb4:1.5 A4:.5 F4:.5 | A4:1 B4:.5 C5:1.5 B4:.5 G4:.5 | "
              "B4:1 C#5:.5 D5:1.5 C#5:.5 A4:.5 | D#5:1 F#5:1", vel=0.8)
-    p.melody("lead", 244, "A4:1 B4:.5 C5:1.5 B4:.5 G4:.5 | B4:1 C#5:.5 D5:1.5 C#5:.5 A4:.5 | D#5:1 F#5:1", vel=0.6, up=12)
+    p.melody("lead", 244, "A5:1 B5:.5 C6:1.5 B5:.5 G5:.5 | B5:1 C#6:.5 D6:1.5 C#6:.5 A5:.5 | D#6:1 F#6:1", vel=0.6)
     p.play("swell", 245, 3, vel=0.6)
     p.play("hit", 248, vel=0.7)
     p.play("crash", 248, vel=0.6)
