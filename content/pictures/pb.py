@@ -39,5 +39,5 @@ def scene():
 
 def make():
     light = studio.shoot("pb", "scene", 854, 480, 100)[..., :3]
-    light = light + 0.10 * art.blur(light, 5) + 0.10 * art.blur(light, 22) + 0.08 * art.blur(light, 70)
-    art.save(art.grain(art.film(light, 0.9), 0.012, 4), "pb.jpg")
+    light = light + 0.07 * art.blur(light, 5) + 0.06 * art.blur(light, 22) + 0.03 * art.blur(light, 70)
+    art.save(art.grain(art.film(light, 0.62), 0.012, 4), "pb.jpg")
