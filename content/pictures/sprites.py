@@ -211,7 +211,7 @@ def heartscene():
         Subsurface_Color=(1.0, 0.05, 0.02, 1),
     )
     studio.mesh("heart", *studio.sculpt("heart", 0.015), flesh)
-    studio.camera((0.0, -0.02, 7.0), (0.0, -0.02, 0), 100)
+    studio.camera((0.0, -0.05, 7.0), (0.0, -0.05, 0), 93)
     studio.lamp((-2.5, 3.0, 3.0), (0, 0.2, 0), (1.0, 0.85, 0.65), 170, 1.2)
     studio.lamp((3.0, 1.0, 0.6), (0, 0, 0), (1.0, 0.40, 0.12), 110, 1.5)
     studio.lamp((-2.0, -3.0, 1.0), (0, 0, 0), (0.10, 0.50, 0.75), 70, 1.5)
@@ -222,11 +222,16 @@ def heart():
     size = 128
     light = studio.shoot("sprites", "heartscene", size * 2, size * 2, 96)
     alpha = numpy.clip(light[..., 3], 0, 1)
-    colour = art.film(light[..., :3], 1.0)
+    colour = art.film(light[..., :3], 1.5)
     alpha, colour = (a.reshape(size, 2, size, 2, -1).mean((1, 3)) for a in (alpha, colour))
     colour = numpy.clip(colour / numpy.maximum(alpha, 0.05) ** 0.5, 0, 1)
-    alpha = numpy.where(alpha < 0.02, 0, alpha)[..., 0]
-    art.save(sprite(colour, alpha), "heart.png")
+    alpha = alpha[..., 0]
+    shadow = 0.75 * numpy.clip(2.2 * art.blur(alpha, 4.5), 0, 1)  # lifts it from flesh of nearly its own colour
+    seen = alpha + shadow * (1 - alpha)
+    colour = art.mix(art.UMBER, colour, alpha / numpy.maximum(seen, 0.02))
+    seen = numpy.where(seen < 0.02, 0, seen)
+    seen[0], seen[-1], seen[:, 0], seen[:, -1] = 0, 0, 0, 0
+    art.save(sprite(colour, seen), "heart.png")
 
 
 def make():
