@@ -213,6 +213,7 @@ void quietshow() {
     hiddenlines = fileno(hidden);
     dup2(hiddenlines, STDERR_FILENO);
     dup2(hiddenlines, STDOUT_FILENO);
+    setvbuf(stdout, nullptr, _IOLBF, 0); // in the order in which they were said
     atexit(showlastlines);
 }
 
