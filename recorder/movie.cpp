@@ -7,6 +7,7 @@
 #include "main/video.h"
 #include "process.h"
 #include "progress.h"
+#include "sync.h"
 
 #include <algorithm>
 #include <cmath>
@@ -170,6 +171,15 @@ long long expectedframes(const movie_s& movie, const moment_s& to) {
                                   double(movie.rate_numerator) / double(movie.rate_denominator));
 }
 
+// Whether this frame is no longer part of the movie. An event that has not been heard of when the
+// song is over will not come.
+bool ended(const moment_s& to) {
+    if (interrupted || moment_reached(to))
+        return true;
+    return beatgrid >= static_cast<float>(defaultend_beats) && to.kind == moment_s::event &&
+           events.find(to.name) == events.end();
+}
+
 // A frame of the movie, once its last sub-frame is drawn; null before.
 SDL_Surface* collectframe(const movie_s& movie, long long pass) {
     if (movie.blur == 1)
@@ -184,7 +194,7 @@ bool playframes(const movie_s& movie, const moment_s& to, process_c* encoder,
     playback_run([&] {
         const long long pass = recording->passes++;
         const bool newframe = pass % movie.blur == 0;
-        if (interrupted || (newframe && moment_reached(to)))
+        if (newframe && ended(to))
             return false;
         if (recording->first < 0 && newframe && moment_reached(movie.from))
             recording->first = pass;
@@ -251,7 +261,7 @@ int movie_record(const movie_s& movie, playback_s playback, int report) {
     const std::string video = partname(movie, ".part-video");
     bool ok = encode(movie, video, &recording, report);
     if (ok && recording.frames == 0) {
-        dprintf(report, "there is no frame between the two ends\n");
+        dprintf(report, "there is no frame between the two ends (--events lists the events)\n");
         ok = false;
     }
     ok = ok && mux(movie, recording, video);
