@@ -94,12 +94,28 @@ void dispatchevents() {
     }
 }
 
+// The time of day may be set while the show runs. A frame that ends before it began, or a minute
+// later, is taken for that, and not for time that passed: the show goes on from where it was.
+bool clockwasset() {
+    return frametime < 0.0f || frametime > 60.0f;
+}
+
+void followclock() {
+    vxqtime_t shown;
+    vxqtimersub(&framestart, &timestart, &shown);
+    vxqtimersub(&frameend, &shown, &timestart);
+    framestart = frameend;
+    frametime = 0.0f;
+}
+
 // Busy, not sleeping: the least jitter, at the cost of a core.
 void holdframe() {
     frametime = 0.0f;
     do {
         getvxqtime(&frameend);
         frametime = secondsbetween(frameend, framestart);
+        if (clockwasset())
+            followclock();
     } while (frametime < port_framehold());
 }
 

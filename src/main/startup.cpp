@@ -58,8 +58,9 @@ void readoption(const char* option) {
 void startsdl() {
     port_beforesdl();
     int res = SDL_Init(SDL_INIT_TIMER | SDL_INIT_AUDIO | SDL_INIT_VIDEO);
+    if (res != 0)
+        fprintf(stderr, "no SDL: %s\n", SDL_GetError());
     assert(res == 0);
-    static_cast<void>(res);
 }
 
 // The loading time looks like a frozen desktop.

@@ -75,6 +75,8 @@ int init_gl() {
     SDL_FreeSurface(screen);
     setattributes();
     screen = port_setvideomode(0, 0, 0, SDL_FULLSCREEN | PORT_OPENGLES);
+    if (!screen)
+        fprintf(stderr, "no window: %s\n", SDL_GetError());
     assert(screen);
     compositor_fix(0);
     SDL_ShowCursor(0);

@@ -199,6 +199,32 @@ TEST(clock, a_skip_is_added) {
     EXPECT_FLOAT_EQ(beatgrid, static_cast<float>((30.02 - 0.128) * 8 / 5.079));
 }
 
+TEST(clock, goes_on_from_where_it_was_when_the_time_of_day_is_set) {
+    for (long long step : {-3600000000LL, 3600000000LL, -30000LL, 86400000000LL}) {
+        startclock();
+        testport.framehold = 0.02f;
+        testport.readstep = 1000;
+        for (int i = 0; i < 50; ++i)
+            frame(19000);
+        const float before = timeval;
+        testport.now += step;
+        frame(19000);
+        EXPECT_GE(timeval, before) << step;
+        EXPECT_LT(timeval, before + 0.05f) << step;
+        EXPECT_LE(frameskip, 3) << step;
+        frame(19000);
+        EXPECT_LT(timeval, before + 0.1f) << step;
+        EXPECT_GT(timeval, before + 0.02f) << step;
+    }
+}
+
+TEST(clock, takes_a_frame_of_half_a_minute_as_it_is) {
+    startclock();
+    frame(30000000);
+    EXPECT_FLOAT_EQ(timeval, 30.0f);
+    EXPECT_NEAR(frameskip, 1500, 1);
+}
+
 // ---- the loop service ----
 
 TEST(loop, handles_events_then_presents_then_moves_the_clock) {

@@ -57,8 +57,8 @@ class Stage:
     def __init__(self, width=854, height=480, depth=24, window_manager=WINDOW_MANAGER):
         self.folder = tempfile.mkdtemp(prefix="tarvisk-show-")
         self.processes = []
-        self.width, self.height = width, height
-        self._start_server(depth)
+        self.width, self.height, self.depth = width, height, depth
+        self._start_server()
         self.x = XClient(self.display)
         if window_manager:
             self._start(window_manager)
@@ -71,11 +71,11 @@ class Stage:
         self.processes.append(process)
         return process
 
-    def _start_server(self, depth):
+    def _start_server(self):
         readable, writable = os.pipe()
         self.display = ""
         self._start("Xvfb", "-displayfd", str(writable), "-nolisten", "tcp", "-noreset", "-screen",
-                    "0", f"{self.width}x{self.height}x{depth}", pass_fds=[writable])
+                    "0", f"{self.width}x{self.height}x{self.depth}", pass_fds=[writable])
         os.close(writable)
         with os.fdopen(readable) as number:
             self.display = ":" + number.readline().strip()
@@ -97,25 +97,29 @@ class Stage:
             os.symlink(os.path.join(ROOT, name), os.path.join(folder, name))
         return folder
 
-    def hang(self, picture):
+    def hang(self, picture, tolerance=1):
         """Makes an array of R, G, B the picture on the root window."""
         name = os.path.join(self.folder, "desktop.png")
         Image.fromarray(picture).save(name)
         subprocess.run(["xwallpaper", "--zoom", name], check=True,
                        env=dict(os.environ, DISPLAY=self.display))
-        self.wait_for_picture(picture, "the desktop's picture")
+        self.wait_for_picture(picture, "the desktop's picture", tolerance)
 
     def grab(self):
         """What the screen shows, as an array of rows of R, G, B."""
-        return numpy.asarray(ImageGrab.grab(xdisplay=self.display).convert("RGB"))
+        if self.depth == 24:
+            return numpy.asarray(ImageGrab.grab(xdisplay=self.display).convert("RGB"))
+        grabbed = subprocess.run(["import", "-display", self.display, "-window", "root", "-depth",
+                                  "8", "rgb:-"], check=True, stdout=subprocess.PIPE).stdout
+        return numpy.frombuffer(grabbed, numpy.uint8).reshape(self.height, self.width, 3)
 
-    def shows(self, picture):
-        shown = self.grab()
-        return shown.shape == picture.shape and numpy.abs(shown.astype(int) - picture).max() <= 1
+    def shows(self, picture, tolerance=1):
+        difference = self.grab().astype(int) - picture
+        return numpy.abs(difference).max() <= tolerance
 
-    def wait_for_picture(self, picture, what):
+    def wait_for_picture(self, picture, what, tolerance=1):
         try:
-            wait_until(lambda: self.shows(picture), what)
+            wait_until(lambda: self.shows(picture, tolerance), what)
         except AssertionError:
             Image.fromarray(self.grab()).save("/tmp/tarvisk-show-mismatch.png")
             raise

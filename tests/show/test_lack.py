@@ -36,7 +36,14 @@ class Lack(ShowTest):
     def test_no_display_at_all_aborts_in_sdl(self):
         show = self.show(None)
         self.assertEqual(show.status(), -signal.SIGABRT)
+        self.assertRegex(show.lines[-2], "no SDL: .+")
         self.assertRegex(show.lines[-1], "res == 0")
+
+    def test_no_stencil_to_be_had_aborts_with_a_line_that_says_so(self):
+        show = self.show(self.stage(depth=8))
+        self.assertEqual(show.status(), -signal.SIGABRT)
+        self.assertRegex(show.lines[-2], "no window: .+")
+        self.assertRegex(show.lines[-1], "`screen'")
 
     def test_no_display_for_the_capture_leaves_it_black(self):
         stage = self.stage()
@@ -69,6 +76,18 @@ class Lack(ShowTest):
                     and abs(shown[-2, -2] - desktop[478, 852, :2]).max() <= 2)
 
         wait_until(corners_match, "the top left part of the desktop")
+
+    def test_desktops_of_other_depths_are_captured(self):
+        for depth, tolerance in (16, 9), (30, 1):
+            with self.subTest(depth):
+                stage = self.stage(depth=depth)
+                desktop = desktop_picture()
+                stage.hang(desktop, tolerance)
+                show = self.show(stage, "--nomusic", "--skip", "40")
+                show.wait_for_frames()
+                wait_until(lambda: not stage.shows(desktop, tolerance), "a frame of the show")
+                stage.key("keydown", "s")
+                stage.wait_for_picture(desktop, "the desktop while s is held", tolerance)
 
     def assert_s_is_black(self, stage, show):
         wait_until(lambda: stage.grab().any(), "a frame of the show")
