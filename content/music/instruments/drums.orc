@@ -119,7 +119,7 @@ instr crash
   kE expseg 1, 0.12, 0.4, 2.6, 0.001, 1, 0.0005
   aR noise 1, 0
   aR buthp aR + aM - aQ, 3300
-  wide aA * kE * p5 * 0.224, aR * kE * p5 * 0.224, 0.12, 0
+  wide aA * kE * p5 * 0.355, aR * kE * p5 * 0.355, 0.12, 0
 endin
 
 ; Hit for the cuts: low boom, body and crack. p7: room.

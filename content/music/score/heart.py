@@ -135,7 +135,7 @@ def white_room(p):
     p.chords("pad", 115, air, vel=0.5, centre=62, extra=(0.25,))
     p.chords("glass", 115, air, vel=0.3, centre=76)
     p.chords("choir", 120, "Gm9:4 A7sus4:2 A7:2", vel=0.25, centre=62, extra=(0.5,))
-    p.riff("sub", 115, air, "R___________", vel=0.6, lowest=28, grid=0.25, beats=13)
+    p.riff("sub", 115, air, "R___" + "R_______________" * 3, vel=0.6, lowest=28)
     p.melody("musicbox", 115, "D6:1 | D6:1 E6:.5 F6:1.5 E6:.5 C6:.5 | D6:2.5 A5:.5 C6:.5 D6:.5 | "
              "E6:1.5 D6:.5 C#6:1 A5:1", vel=0.75, pan=0.1)
     p.melody("whistle", 118, "A5:2 | G5:2 F5:2 | E5:3.6", vel=0.35, pan=-0.3)
