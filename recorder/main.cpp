@@ -57,8 +57,8 @@ void readsize(const char* text, playback_s* playback) {
         text = "1920x1080";
     char rest;
     if (sscanf(text, "%dx%d%c", &playback->width, &playback->height, &rest) != 2 ||
-        playback->width < 2 || playback->height < 2 || playback->width % 2 || playback->height % 2)
-        refuse("not a size of even width and height", text);
+        playback->width < 1 || playback->height < 1)
+        refuse("not a size", text);
 }
 
 void readrate(const char* text, movie_s* movie) {
@@ -179,6 +179,9 @@ options_s readoptions(int argc, char** argv) {
     const bool movie = options.stills.empty() && options.sheet.empty() && !options.events;
     if (movie && optind + 1 != argc)
         refuse("one movie to write, please", optind < argc ? argv[optind + 1] : "none named");
+    // The colours of H.264 lie on every second pixel.
+    if (movie && (options.playback.width % 2 || options.playback.height % 2))
+        refuse("a movie needs an even width and height", argv[optind]);
     if (movie)
         options.movie.filename = argv[optind];
     else
