@@ -13,9 +13,9 @@ WIDTH, HEIGHT = 854, 480
 # label, picture, centre and side of the square cut from it, as parts of its height
 ICONS = (
     ("juice", "mujuice2.jpg", (0.335, 0.56), 0.62),
-    ("logo", "vxqlogomask.jpg", (1.56, 0.50), 0.86),
+    ("logo", "vxqlogomask.jpg", (1.39, 0.50), 0.70),
     ("crown", "ripsilu.jpg", (0.78, 0.62), 0.80),
-    ("woods", "woods.jpg", (0.98, 0.42), 0.92),
+    ("woods", "woods.jpg", (0.80, 0.55), 0.80),
     ("sleep", "face.jpg", (0.854, 0.50), 0.78),
     ("bones", "kallotausta.jpg", (0.854, 0.50), 0.86),
     ("halo", "pb.jpg", (0.65, 0.50), 0.96),
@@ -231,9 +231,9 @@ def call():
             1,
         )
     sign = picture("vxqlogomask.jpg")[..., :3]
-    sign = numpy.stack([art.resized(sign[..., c], 300, 169) for c in range(3)], -1)
+    sign = numpy.stack([art.resized(sign[..., c], 264, 148) for c in range(3)], -1)
     lens = numpy.zeros((264, 264, 3))
-    lens[48 : 48 + 169] = numpy.clip(sign[:, 18:282], 0, 1)
+    lens[58 : 58 + 148] = numpy.clip(sign, 0, 1)
     inner = numpy.hypot(*numpy.meshgrid(numpy.arange(264) - 131.5, numpy.arange(264) - 131.5))
     lens = lens * 0.95 + 0.03
     lay(canvas, numpy.clip(lens, 0, 1), art.smooth(131.5, 130, inner), middle[0] - 132, middle[1] - 132)
