@@ -4,6 +4,7 @@
 #include "main/startup.h"
 #include "testport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <glm/glm.hpp>

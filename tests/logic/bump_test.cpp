@@ -3,6 +3,7 @@
 #include "main/clock.h"
 #include "testport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <glm/glm.hpp>

@@ -5,6 +5,8 @@
 #include "printed.h"
 #include "testport.h"
 
+#include <algorithm>
+
 namespace {
 
 using texts = std::vector<std::string>;

@@ -9,9 +9,11 @@
 #include "testport.h"
 #include "util.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <glm/gtc/matrix_transform.hpp>
 #include <gtest/gtest.h>
 #include <random>

@@ -6,6 +6,7 @@
 #include "model.h"
 #include "showlog.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>

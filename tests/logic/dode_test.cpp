@@ -5,6 +5,7 @@
 #include "sync.h"
 #include "testport.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>

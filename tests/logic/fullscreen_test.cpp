@@ -7,6 +7,7 @@
 #include "sync.h"
 #include "testport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>

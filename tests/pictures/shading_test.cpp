@@ -10,6 +10,7 @@
 #include "sync.h"
 #include "texture.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <glm/gtc/matrix_transform.hpp>
