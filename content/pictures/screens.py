@@ -15,7 +15,7 @@ ICONS = (
     ("juice", "mujuice2.jpg", (0.335, 0.56), 0.62),
     ("logo", "vxqlogomask.jpg", (1.39, 0.50), 0.70),
     ("crown", "ripsilu.jpg", (0.78, 0.62), 0.80),
-    ("woods", "woods.jpg", (0.80, 0.55), 0.80),
+    ("woods", "woods.jpg", (0.76, 0.50), 0.98),
     ("sleep", "face.jpg", (0.854, 0.50), 0.78),
     ("bones", "kallotausta.jpg", (0.854, 0.50), 0.86),
     ("halo", "pb.jpg", (0.65, 0.50), 0.96),

@@ -43,7 +43,7 @@ def chargen():
     fall = art.smooth(0.12, 0.80, down) + 0 * sheet
     band = numpy.exp(-(((down - 0.47) / 0.018) ** 2)) + 0 * sheet
     fill = art.mix((0.84, 0.92, 0.62), (0.44, 0.07, 0.60), fall)
-    fill = art.mix(fill, (0.30, 0.05, 0.50), 0.55 * band)
+    fill = art.mix(fill, (0.30, 0.05, 0.50), 0.30 * band)
     art.save(sprite(fill * sheet[..., None] ** 0.35, sheet), "chargen.png")
 
 
