@@ -52,8 +52,9 @@ std::string temporaryfolder() {
 }
 
 bool montage(const std::string& filename, const std::vector<picture_s>& pictures) {
-    std::vector<std::string> command = {"montage", "-background", "#101216", "-fill",
-                                        "#d8dde4", "-pointsize",  "13"};
+    std::vector<std::string> command = {"montage",     "-font",      "DejaVu-Sans",
+                                        "-background", "#101216",    "-fill",
+                                        "#d8dde4",     "-pointsize", "13"};
     for (const picture_s& picture : pictures)
         command.insert(command.end(), {"-label", picture.label, picture.file});
     command.insert(command.end(), {"-tile", columns, "-geometry", cell, filename});
