@@ -26,7 +26,7 @@ struct testport_s {
 };
 extern testport_s testport;
 
-// Starts SDL with the dummy drivers, so that events can be pushed and polled.
+// Starts SDL with the dummy drivers and an empty queue, so that events can be pushed and polled.
 void testport_startsdl();
 
 // Sets the clock globals to a moment of the show without running the loop service: timeval and

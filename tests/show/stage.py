@@ -2,7 +2,8 @@
 for one, and the program with its lines.
 
 The environment says what is played and where: SHOW, the program; SHOW_WM, a window manager to
-start or nothing; SHOW_SDL, a folder with another SDL 1.2 to put in front or nothing.
+start or nothing; SHOW_SDL, a folder with the compatibility SDL 1.2 to put in front or nothing;
+SHOW_COMPATIBILITY, anything where the system's SDL 1.2 is that library already.
 
 Tests wait for lines and pictures as long as a slow, busy machine may take (PATIENCE seconds); no
 test asserts that something is fast.
@@ -26,6 +27,7 @@ ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 PROGRAM = os.path.realpath(os.environ.get("SHOW", os.path.join(ROOT, "build", "tarvisk")))
 WINDOW_MANAGER = os.environ.get("SHOW_WM", "")
 OTHER_SDL = os.environ.get("SHOW_SDL", "")
+COMPATIBILITY = bool(OTHER_SDL or os.environ.get("SHOW_COMPATIBILITY"))
 PATIENCE = 120
 
 

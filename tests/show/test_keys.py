@@ -3,7 +3,7 @@
 import signal
 import unittest
 
-from stage import OTHER_SDL, WINDOW_MANAGER, ShowTest, desktop_picture, wait_until
+from stage import COMPATIBILITY, WINDOW_MANAGER, ShowTest, desktop_picture, wait_until
 
 CLOCK = r"timeval: (-?\d+\.\d{3}) beatgrid: (-?\d+\.\d{3})"
 
@@ -66,7 +66,7 @@ class Keys(ShowTest):
                 show.process.send_signal(number)
                 self.assertEqual(show.status(), 1)
 
-    @unittest.skipIf(OTHER_SDL, "the compatibility library reports no resize of this window")
+    @unittest.skipIf(COMPATIBILITY, "the compatibility library reports no resize of this window")
     def test_resize_is_reported(self):
         stage, show = self.start("--nomusic", "--skip", "40")
         for window in ("fs", "wm"):  # with a window manager SDL listens to the one, else to the other
