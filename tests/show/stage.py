@@ -132,6 +132,19 @@ class Stage:
                        env=dict(os.environ, DISPLAY=self.display))
 
 
+def show_environment(stage):
+    """What a show on that stage, or on none, finds in its environment."""
+    base = dict(os.environ, SDL_AUDIODRIVER="dummy",
+                DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent")
+    for name in ("DISPLAY", "SDL_VIDEODRIVER"):
+        base.pop(name, None)
+    if stage:
+        base["DISPLAY"] = stage.display
+    if OTHER_SDL:
+        base["LD_LIBRARY_PATH"] = OTHER_SDL
+    return base
+
+
 class Show:
     """A run of the program. .lines is its standard error so far, without the reports that come
     from timers; those are in .ticks."""
@@ -139,15 +152,7 @@ class Show:
     TIMERS = re.compile(r"fps: .*|Up all night .*")
 
     def __init__(self, stage, *options, cwd=ROOT, **environment):
-        base = dict(os.environ, SDL_AUDIODRIVER="dummy",
-                    DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent")
-        for name in ("DISPLAY", "SDL_VIDEODRIVER"):
-            base.pop(name, None)
-        if stage:
-            base["DISPLAY"] = stage.display
-        if OTHER_SDL:
-            base["LD_LIBRARY_PATH"] = OTHER_SDL
-        base.update(environment)
+        base = dict(show_environment(stage), **environment)
         self.lines, self.ticks = [], []
         self.output = tempfile.TemporaryFile()
         self.process = subprocess.Popen([PROGRAM, *options], cwd=cwd, env=base, text=True,

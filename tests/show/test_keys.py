@@ -30,10 +30,10 @@ class Keys(ShowTest):
         return stage, show
 
     def test_z_prints_the_clock(self):
-        stage, show = self.start("--nomusic", "--skip", "40")
+        stage, show = self.start("--nomusic", "--skip", "35")
         first = self.press_z(stage, show)
         second = self.press_z(stage, show)
-        self.assertGreaterEqual(float(first[1]), 40.0)
+        self.assertGreaterEqual(float(first[1]), 35.0)
         self.assertGreater(float(second[1]), float(first[1]))
         beat = (float(first[1]) - 0.128) * 8 / 5.079
         self.assertAlmostEqual(float(first[2]), beat, delta=0.005)
@@ -47,7 +47,7 @@ class Keys(ShowTest):
 
     def test_s_shows_the_captured_desktop_while_it_is_held(self):
         desktop = desktop_picture()
-        stage, show = self.start("--nomusic", "--skip", "40", desktop=desktop)
+        stage, show = self.start("--nomusic", "--skip", "35", desktop=desktop)
         wait_until(lambda: not stage.shows(desktop), "a frame of the show")
         stage.key("keydown", "s")
         stage.wait_for_picture(desktop, "the desktop while s is held")
@@ -68,7 +68,7 @@ class Keys(ShowTest):
 
     @unittest.skipIf(COMPATIBILITY, "the compatibility library reports no resize of this window")
     def test_resize_is_reported(self):
-        stage, show = self.start("--nomusic", "--skip", "40")
+        stage, show = self.start("--nomusic", "--skip", "35")
         for window in ("fs", "wm"):  # with a window manager SDL listens to the one, else to the other
             stage.x.resize(show.window(window), 600, 300)
         show.wait("resize event.")

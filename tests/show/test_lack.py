@@ -3,10 +3,11 @@
 import os
 import signal
 import socket
+import subprocess
 import threading
 import unittest
 
-from stage import ShowTest, desktop_picture, wait_until
+from stage import PROGRAM, ROOT, ShowTest, desktop_picture, show_environment, wait_until
 
 
 class Lack(ShowTest):
@@ -48,14 +49,14 @@ class Lack(ShowTest):
     def test_no_display_for_the_capture_leaves_it_black(self):
         stage = self.stage()
         stage.hang(desktop_picture())
-        show = self.show(stage, "--nomusic", "--skip", "40", DISPLAY=refusing_once(self, stage))
+        show = self.show(stage, "--nomusic", "--skip", "35", DISPLAY=refusing_once(self, stage))
         show.wait_for_frames()
         self.assert_s_is_black(stage, show)
 
     def test_screen_smaller_than_the_capture_leaves_it_black(self):
         stage = self.stage(640, 480)
         stage.hang(desktop_picture(640, 480))
-        show = self.show(stage, "--nomusic", "--skip", "40")
+        show = self.show(stage, "--nomusic", "--skip", "35")
         show.wait("viewport should be now 640, 480")
         show.wait_for_frames()
         self.assert_s_is_black(stage, show)
@@ -64,7 +65,7 @@ class Lack(ShowTest):
         stage = self.stage(1280, 720)
         desktop = desktop_picture(1280, 720)
         stage.hang(desktop)
-        show = self.show(stage, "--nomusic", "--skip", "40")
+        show = self.show(stage, "--nomusic", "--skip", "35")
         show.wait("viewport should be now 1280, 720")
         show.wait_for_frames()
         stage.key("keydown", "s")
@@ -83,18 +84,46 @@ class Lack(ShowTest):
                 stage = self.stage(depth=depth)
                 desktop = desktop_picture()
                 stage.hang(desktop, tolerance)
-                show = self.show(stage, "--nomusic", "--skip", "40")
+                show = self.show(stage, "--nomusic", "--skip", "35")
                 show.wait_for_frames()
                 wait_until(lambda: not stage.shows(desktop, tolerance), "a frame of the show")
                 stage.key("keydown", "s")
                 stage.wait_for_picture(desktop, "the desktop while s is held", tolerance)
 
+    def test_losing_the_display_ends_the_show(self):
+        stage = self.stage()
+        show = self.show(stage)
+        show.wait_for_frames()
+        stage.processes[0].kill()
+        self.assertEqual(show.status(), 1)
+
+    def test_losing_the_reader_of_its_lines_does_not_end_the_show(self):
+        stage = self.stage()
+        status = os.path.join(stage.folder, "status")
+        command = f"{{ '{PROGRAM}'; echo $? >'{status}'; }} 2>&1 | head -n 20"
+        shell = subprocess.Popen(["sh", "-c", command], cwd=ROOT, env=show_environment(stage),
+                                 stdout=subprocess.DEVNULL)
+        shown = stage.grab()
+        for _ in range(5):
+            wait_until(lambda: (stage.grab() != shown).any(), "another frame")
+            shown = stage.grab()
+
+        def quits():
+            stage.key("key", "q")
+            return shell.poll() is not None
+
+        wait_until(quits, "the end")
+        with open(status) as file:
+            self.assertEqual(file.read(), "1\n")
+
     def assert_s_is_black(self, stage, show):
-        wait_until(lambda: stage.grab().any(), "a frame of the show")
+        # Some way into the picture: large stars reach over its edges.
+        picture = lambda: stage.grab()[100:-100]
+        wait_until(lambda: picture().any(), "a frame of the show")
         stage.key("keydown", "s")
-        wait_until(lambda: not stage.grab().any(), "a black capture")
+        wait_until(lambda: not picture().any(), "a black capture")
         stage.key("keyup", "s")
-        wait_until(lambda: stage.grab().any(), "the show again")
+        wait_until(lambda: picture().any(), "the show again")
 
 
 def refusing_once(test, stage):
