@@ -64,7 +64,7 @@ class Stage:
         self.x = XClient(self.display)
         if window_manager:
             self._start(window_manager)
-            wait_until(self.x.has_window_manager, window_manager)
+            wait_until(self.x.is_managed, window_manager)
 
     def _start(self, *command, **options):
         environment = dict(os.environ, DISPLAY=self.display, XDG_CACHE_HOME=self.folder)
@@ -82,8 +82,14 @@ class Stage:
         with os.fdopen(readable) as number:
             self.display = ":" + number.readline().strip()
 
-    def close(self):
+    def lose_display(self):
         self.x.close()
+        self.x = None
+        self.processes[0].kill()
+
+    def close(self):
+        if self.x:
+            self.x.close()
         for process in reversed(self.processes):
             process.terminate()
             process.wait()

@@ -94,7 +94,7 @@ class Lack(ShowTest):
         stage = self.stage()
         show = self.show(stage)
         show.wait_for_frames()
-        stage.processes[0].kill()
+        stage.lose_display()
         self.assertEqual(show.status(), 1)
 
     def test_losing_the_reader_of_its_lines_does_not_end_the_show(self):

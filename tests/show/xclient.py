@@ -2,11 +2,13 @@
 
 import ctypes
 import ctypes.util
+import time
 
 _x = ctypes.CDLL(ctypes.util.find_library("X11"))
 _x.XOpenDisplay.restype = ctypes.c_void_p
 _x.XDefaultRootWindow.restype = ctypes.c_ulong
 _x.XInternAtom.restype = ctypes.c_ulong
+_x.XCreateSimpleWindow.restype = ctypes.c_ulong
 
 _ANY_TYPE = 0
 _CLIENT_MESSAGE = 33
@@ -50,8 +52,18 @@ class XClient:
             ctypes.byref(unit), ctypes.byref(count), ctypes.byref(rest), ctypes.byref(data))
         return data[0] if count.value and data else None
 
-    def has_window_manager(self):
-        return self.property(self.root.value, "_NET_SUPPORTING_WM_CHECK") is not None
+    def is_managed(self):
+        """Whether a window manager takes care of a new window. One that is still starting may
+        lose windows that appear too early."""
+        probe = ctypes.c_ulong(_x.XCreateSimpleWindow(self.display, self.root, 0, 0, 9, 9, 0,
+                                                      ctypes.c_ulong(0), ctypes.c_ulong(0)))
+        _x.XMapWindow(self.display, probe)
+        _x.XSync(self.display, 0)
+        time.sleep(0.1)
+        managed = self.property(probe.value, "WM_STATE") is not None
+        _x.XDestroyWindow(self.display, probe)
+        _x.XSync(self.display, 0)
+        return managed
 
     def ask_to_close(self, window):
         """What a window manager sends when the viewer closes the window."""
