@@ -30,6 +30,10 @@ namespace {
 constexpr float logictick = 0.02f; // seconds
 constexpr Uint32 fpsperiod = 2000; // milliseconds
 
+// A frame that seems to end before it began or to last longer than this is a clock that was set, or
+// a machine that slept, and no frame.
+constexpr float longestframe = 10.0f; // seconds
+
 float secondsbetween(const vxqtime_t& end, const vxqtime_t& start) {
     vxqtime_t difference;
     vxqtimersub(&end, &start, &difference);
@@ -94,12 +98,14 @@ void dispatchevents() {
     }
 }
 
-// The time of day may be set while the show runs. A frame that ends before it began, or a minute
-// later, is taken for that, and not for time that passed: the show goes on from where it was.
 bool clockwasset() {
-    return frametime < 0.0f || frametime > 60.0f;
+    return frametime < 0.0f || frametime > longestframe;
 }
 
+// The clock is the time of day, and that can be set in mid-show. The show goes on from the frame at
+// hand: zero moves along with the clock, so that no beat is lost and none comes twice, and the
+// frame starts over. The music plays on meanwhile; what the frame had lasted is all that the
+// picture is late from then on.
 void followclock() {
     vxqtime_t shown;
     vxqtimersub(&framestart, &timestart, &shown);

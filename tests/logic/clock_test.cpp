@@ -5,6 +5,7 @@
 #include "sync.h"
 #include "testport.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -159,6 +160,84 @@ TEST(clock, measures_frames_from_end_of_hold_to_end_of_hold) {
     EXPECT_FLOAT_EQ(frametime, 0.04f);
     EXPECT_EQ(frameskip, 2);
     EXPECT_EQ(framestart.tv_usec, frameend.tv_usec);
+}
+
+// ---- a clock that is set in mid-show ----
+
+constexpr long long hour = 3600 * 1000000LL;
+
+// A minute of the show, then a step of the clock while a frame is presented, then another minute:
+// the ticks and the demo time of the whole.
+struct stepped_s {
+    long long ticks = 0;
+    int mostskip = 0;
+    float end = 0.0f;
+};
+
+stepped_s playacross(long long step) {
+    testport.now = 50 * hour;
+    startclock();
+    testport.framehold = 0.02f;
+    testport.readstep = 100;
+    stepped_s result;
+    for (int i = 0; i < 6000; ++i) {
+        const float before = timeval;
+        frame(i == 3000 ? step : 1000);
+        EXPECT_GE(timeval, before);
+        EXPECT_LT(timeval, before + 0.05f);
+        EXPECT_GE(frameskip, 1);
+        result.ticks += frameskip;
+        result.mostskip = std::max(result.mostskip, frameskip);
+    }
+    result.end = timeval;
+    return result;
+}
+
+TEST(clock, goes_on_where_it_was_when_set_back_by_an_hour) {
+    const stepped_s played = playacross(-hour);
+    EXPECT_NEAR(played.end, 120.0f, 1.0f);
+    EXPECT_NEAR(static_cast<float>(played.ticks), played.end * 50.0f, 3.0f);
+    EXPECT_LE(played.mostskip, 2);
+}
+
+TEST(clock, goes_on_where_it_was_when_set_forward_by_an_hour) {
+    const stepped_s played = playacross(hour);
+    EXPECT_NEAR(played.end, 120.0f, 1.0f);
+    EXPECT_NEAR(static_cast<float>(played.ticks), played.end * 50.0f, 3.0f);
+    EXPECT_LE(played.mostskip, 2);
+}
+
+TEST(clock, goes_on_when_set_back_between_two_readings_of_the_hold) {
+    testport.now = 50 * hour;
+    startclock();
+    testport.framehold = 0.02f;
+    testport.readstep = 100;
+    frame(1000);
+    const float before = timeval;
+    testport.readstep = -hour;
+    testport.onpresent = [] { testport.readstep = 100; };
+    frame(1000);
+    EXPECT_GE(frametime, 0.02f);
+    EXPECT_LT(frametime, 0.03f);
+    EXPECT_NEAR(timeval, before + 0.02f, 0.005f);
+}
+
+TEST(clock, takes_ten_seconds_for_a_slow_frame) {
+    startclock();
+    frame(10000000);
+    EXPECT_EQ(frameskip, 500);
+    EXPECT_FLOAT_EQ(timeval, 10.0f);
+}
+
+TEST(clock, does_not_play_the_hours_that_the_machine_slept) {
+    startclock();
+    frame(20000);
+    frame(5 * hour);
+    EXPECT_EQ(frameskip, 0);
+    EXPECT_FLOAT_EQ(timeval, 0.02f);
+    frame(20000);
+    EXPECT_EQ(frameskip, 1);
+    EXPECT_FLOAT_EQ(timeval, 0.04f);
 }
 
 TEST(clock, takes_its_time_after_drawing_and_after_presenting) {

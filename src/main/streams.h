@@ -1,0 +1,7 @@
+// Standard output and standard error, made safe to print to from anywhere in the show.
+#pragma once
+
+// Call before anything opens a file: a closed stream becomes /dev/null, so that no file or
+// connection opened later takes its number and gets the show's lines. A pipe that nobody reads
+// loses lines, but neither stops the show nor ends it.
+void streams_secure();

@@ -1,0 +1,113 @@
+"""What can go wrong around the program while it runs: the clock, the display, its own output."""
+
+import os
+import re
+import signal
+import subprocess
+import threading
+import unittest
+
+from stage import PROGRAM, ROOT, ShowTest, wait_until
+
+RATE = re.compile(r"fps: [\d.]+ \((\d+)\) logic: [\d.]+ \((\d+)\) time: ([\d.]+) .*")
+
+
+class MidShow(ShowTest):
+    def running(self, stage, *options, **environment):
+        show = self.show(stage, *options, **environment)
+        show.wait_for_frames()
+        return show
+
+    def next_rates(self, show):
+        """The next report with frames in it: frames, ticks, seconds of demo time."""
+        seen = len(show.ticks)
+        match = show.wait(r"fps: [\d.]+ \([1-9].*", seen, show.ticks)
+        return [float(part) for part in RATE.fullmatch(match[0]).groups()]
+
+    def test_clock_set_by_an_hour_forward_and_back(self):
+        show = self.running(self.stage(), "--nomusic", LD_PRELOAD=os.environ["SETCLOCK"])
+        before = self.next_rates(show)
+        for step in (signal.SIGUSR1, signal.SIGUSR2, signal.SIGUSR2, signal.SIGUSR1):
+            show.process.send_signal(step)
+            self.next_rates(show)  # may be of the time before the step
+            frames, ticks, seconds = self.next_rates(show)
+            self.assertGreater(seconds, before[2])
+            self.assertLess(seconds, before[2] + 600, "an hour of the show was skipped")
+            self.assertLess(ticks, 3000, "an hour of ticks in a frame")
+        show.process.send_signal(signal.SIGTERM)
+        self.assertEqual(show.status(), 1)
+
+    def test_display_lost(self):
+        stage = self.stage()
+        show = self.running(stage, "--nomusic", "--skip", "40")
+        server = stage.processes[0]
+        server.kill()
+        server.wait()
+        self.assertEqual(show.status(), 1)
+
+    def test_closed_streams(self):
+        # Their numbers must not go to files that the show opens.
+        for closed in ("<&- >&- 2>&-", ">&-", "2>&-", "<&-"):
+            with self.subTest(closed):
+                process = self.start_with(closed, stderr=subprocess.DEVNULL)
+                self.assert_runs_and_ends(process, f"/proc/{process.pid}/fd")
+
+    def test_reader_gone(self):
+        read, write = os.pipe()
+        process = self.start_with("", stdout=write, stderr=write)
+        os.close(write)
+        os.close(read)
+        self.assert_runs_and_ends(process, f"/proc/{process.pid}/fd")
+
+    def test_full_pipe(self):
+        read, write = os.pipe()
+        self.addCleanup(os.close, read)
+        fill(write)
+        process = self.start_with("", stdout=write, stderr=write)
+        self.assertTrue(os.get_blocking(write), "the writer's own end is as it was")
+        os.close(write)
+        self.assert_runs_and_ends(process, f"/proc/{process.pid}/fd")
+
+    def test_full_disk(self):
+        with open("/dev/full", "w") as full:
+            process = self.start_with("", stdout=full, stderr=full)
+        self.assert_runs_and_ends(process, f"/proc/{process.pid}/fd")
+
+    def start_with(self, redirection, **streams):
+        self.scene = self.stage()
+        environment = dict(os.environ, DISPLAY=self.scene.display, SDL_AUDIODRIVER="dummy",
+                           DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent")
+        process = subprocess.Popen(["sh", "-c", f'exec "$0" --nomusic --skip 40 {redirection}',
+                                    PROGRAM], cwd=ROOT, env=environment, **streams)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
+
+    def assert_runs_and_ends(self, process, descriptors):
+        def draws():
+            self.assertIsNone(process.poll(), "the show has ended")
+            return self.scene.grab().any()
+
+        wait_until(draws, "a frame of the show")
+        first = self.scene.grab()
+        wait_until(lambda: (self.scene.grab() != first).any(), "another frame")
+        for number in "012":
+            target = os.readlink(f"{descriptors}/{number}")
+            self.assertRegex(target, r"/dev/(null|full)|pipe:.*|/dev/pts/.*|/.*")
+            self.assertNotRegex(target, "socket:.*|.*gfx.*|.*dri.*")
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.wait(120), 1)
+
+
+def fill(write):
+    os.set_blocking(write, False)
+    try:
+        while True:
+            os.write(write, b"x" * 4096)
+    except BlockingIOError:
+        pass
+    os.set_blocking(write, True)
+
+
+if __name__ == "__main__":
+    unittest.main()
