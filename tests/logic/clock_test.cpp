@@ -297,13 +297,6 @@ TEST(clock, goes_on_from_where_it_was_when_the_time_of_day_is_set) {
     }
 }
 
-TEST(clock, takes_a_frame_of_half_a_minute_as_it_is) {
-    startclock();
-    frame(30000000);
-    EXPECT_FLOAT_EQ(timeval, 30.0f);
-    EXPECT_NEAR(frameskip, 1500, 1);
-}
-
 // ---- the loop service ----
 
 TEST(loop, handles_events_then_presents_then_moves_the_clock) {
