@@ -9,7 +9,6 @@
 #include "wake.h"
 
 #include <cassert>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -138,7 +137,6 @@ void load_show(int argc, char** argv) {
 }
 
 int start_show(int argc, char** argv) {
-    signal(SIGPIPE, SIG_IGN); // whoever reads the lines may leave before the show ends
     load_show(argc, argv);
     demo_run();
     SDL_Quit();
