@@ -108,5 +108,7 @@ float port_framehold() {
 }
 
 SDL_Surface* port_grabdesktop(int, int) {
-    return desktop.empty() ? nullptr : IMG_Load(desktop.c_str());
+    static SDL_Surface* image = nullptr; // kept, as the caller does not free it
+    image = desktop.empty() ? nullptr : IMG_Load(desktop.c_str());
+    return image;
 }

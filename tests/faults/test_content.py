@@ -82,90 +82,125 @@ class Content(unittest.TestCase):
         self.assertGreaterEqual(run.returncode, 0, lines[-5:])
         return run.returncode, [l for l in lines if not l.startswith("fps:")]
 
-    def assert_goes_on(self, result):
-        status, lines = result
+    def assert_goes_on(self, status, lines):
         self.assertEqual(status, 0, lines[-5:])
         self.assertRegex(lines[-1], r"/0\.2s\.png$")
 
-    def each(self, names, faults):
+    def each(self, names, faults, check):
         for name in names:
             for fault in faults:
                 with self.subTest(file=name, fault=fault.__name__):
-                    yield name, self.play(name, fault)
+                    check(name, *self.play(name, fault))
 
     def test_all_there(self):
-        self.assert_goes_on(self.play())
+        self.assert_goes_on(*self.play())
+
+    def assert_couldnt_load(self, name, status, lines):
+        self.assertEqual((status, lines[-1]), (1, "couldn't load!"))
+        if lines[-2].startswith("loading"):  # the line before says which
+            self.assertIn(f" {name} as ", lines[-2])
 
     def test_picture_that_cannot_be_read_ends_the_show(self):
-        for name, (status, lines) in self.each(PICTURES, NOT_THERE + NOTHING_IN_IT):
-            self.assertEqual(status, 1)
-            self.assertEqual(lines[-1], "couldn't load!")
-            self.assertIn(f" {name} ", lines[-2] + " ", "the line before says which")
+        self.each(PICTURES, NOT_THERE + NOTHING_IN_IT + (torn_in_its_header,),
+                  self.assert_couldnt_load)
 
     def test_truncated_picture(self):
         # Half a JPEG is a picture, grey where it ends; half a PNG is none.
-        for name, result in self.each(PICTURES, [truncated]):
+        def check(name, status, lines):
             if name.endswith(".jpg"):
-                self.assert_goes_on(result)
+                self.assert_goes_on(status, lines)
             else:
-                self.assertEqual((result[0], result[1][-1]), (1, "couldn't load!"))
+                self.assert_couldnt_load(name, status, lines)
 
-    def test_picture_torn_in_its_header_ends_the_show(self):
-        for _, (status, lines) in self.each(PICTURES, [torn_in_its_header]):
-            self.assertEqual((status, lines[-1]), (1, "couldn't load!"))
+        self.each(PICTURES, [truncated], check)
 
     def test_another_picture_is_shown(self):
-        for _, result in self.each(PICTURES, [other_picture]):
-            self.assert_goes_on(result)
+        self.each(PICTURES, [other_picture], lambda name, *result: self.assert_goes_on(*result))
 
     def test_missing_mesh_ends_the_show(self):
-        for name, (status, lines) in self.each(MESHES, NOT_THERE):
+        def check(name, status, lines):
             self.assertEqual((status, lines[-1]), (1, "cannot open mesh " + name))
 
+        self.each(MESHES, NOT_THERE, check)
+
     def test_mesh_with_nothing_in_it(self):
-        for name, result in self.each(MESHES, NOTHING_IN_IT):
-            self.assert_goes_on(result)
-            self.assertIn("center of model is at nan, nan, nan", result[1])
+        def check(name, status, lines):
+            self.assert_goes_on(status, lines)
+            self.assertIn("center of model is at nan, nan, nan", lines)
+
+        self.each(MESHES, NOTHING_IN_IT, check)
 
     def test_truncated_mesh(self):
-        for _, result in self.each(MESHES, (truncated, torn_in_its_header)):
-            self.assert_goes_on(result)
+        self.each(MESHES, (truncated, torn_in_its_header),
+                  lambda name, *result: self.assert_goes_on(*result))
 
     def test_song_that_cannot_be_played_is_one_line(self):
-        for _, result in self.each([SONG], NOT_THERE + NOTHING_IN_IT + (torn_in_its_header,)):
-            self.assert_goes_on(result)
-            self.assertEqual(sum(l.startswith("guess what: ") for l in result[1]), 1)
+        def check(name, status, lines):
+            self.assert_goes_on(status, lines)
+            self.assertEqual(sum(l.startswith("guess what: ") for l in lines), 1)
+
+        self.each([SONG], NOT_THERE + NOTHING_IN_IT + (torn_in_its_header,), check)
 
     def test_truncated_song_plays_as_far_as_it_goes(self):
-        for _, result in self.each([SONG], [truncated]):
-            self.assert_goes_on(result)
-            self.assertFalse([l for l in result[1] if l.startswith("guess what: ")])
+        def check(name, status, lines):
+            self.assert_goes_on(status, lines)
+            self.assertFalse([l for l in lines if l.startswith("guess what: ")])
+
+        self.each([SONG], [truncated], check)
+
+    def test_odd_meshes(self):
+        corners = b"v 0 0 0\nv 9 0 0\nv 0 9 9\nvt 0 0\nvn 0 0 1\n"
+        faces = {
+            "huge indices": b"f 99999999999999999999/6001/7000 2147483647/1/1 6000/1/1\n",
+            "negative indices": b"f -1/-1/-1 -2147483649/-2/-3 1/1/1\n",
+            "quads": b"f 1/1/1 2/1/1 3/1/1 1/1/1\n",
+            "positions only": b"f 1 2 3\nf 1// 2// 3//\n",
+            "nan": b"v nan inf -nan\nvt nan inf\nvn nan nan nan\nf 4/2/2 4/2/2 4/2/2\n",
+            "no faces": b"",
+            "CRLF": b"f 1/1/1 2/1/1 3/1/1\r\nvn 1 1 1\r\n",
+            "no last newline": b"f 1/1/1 2/1/1 3/1/1",
+            "too many of all": b"v 1 1 1\nvt 0 0\nvn 1 0 0\nf 1/1/1 2/1/1 3/1/1\n" * 7100,
+            "one long line": b"f " + b"1/1/1 " * 100_000,
+            "zeros": bytes(100_000),
+        }
+        for name in MESHES:
+            for what, records in faces.items():
+                def odd(path, original):
+                    with open(path, "wb") as file:
+                        file.write(corners + records)
+
+                with self.subTest(file=name, what=what):
+                    status, lines = self.play(name, odd)
+                    if name == "dode.obj" and what == "too many of all":
+                        self.assertEqual((status, lines[-1]), (1, "full."))
+                    else:
+                        self.assert_goes_on(status, lines)
 
     def companion(self, content):
         return self.play(extra=[("gfx/roses.png.txt", content)])
 
     def test_companion_of_garbage(self):
         garbage = bytes(range(256)) * 40
-        result = self.companion(garbage)
-        self.assert_goes_on(result)
-        self.assertTrue([l for l in result[1] if l.endswith(" texes")])
+        status, lines = self.companion(garbage)
+        self.assert_goes_on(status, lines)
+        self.assertTrue([l for l in lines if l.endswith(" texes")])
 
     def test_companion_of_5000_lines(self):
-        result = self.companion(b"a 0 0 1 1\n" * 5000)
-        self.assert_goes_on(result)
-        self.assertIn("999 texes", result[1])
+        status, lines = self.companion(b"a 0 0 1 1\n" * 5000)
+        self.assert_goes_on(status, lines)
+        self.assertIn("999 texes", lines)
 
     def test_companion_of_one_10_megabyte_line(self):
-        result = self.companion(b"a" * 10_000_000)
-        self.assert_goes_on(result)
-        self.assertIn("999 texes", result[1])
+        status, lines = self.companion(b"a" * 10_000_000)
+        self.assert_goes_on(status, lines)
+        self.assertIn("999 texes", lines)
 
     def test_companion_that_is_a_directory(self):
         home_file = lambda path, _: (shutil.copy(os.path.join(ROOT, "gfx/roses.png"), path),
                                      os.mkdir(path + ".txt"))
-        result = self.play("gfx/roses.png", home_file)
-        self.assert_goes_on(result)
-        self.assertIn("0 texes", result[1])
+        status, lines = self.play("gfx/roses.png", home_file)
+        self.assert_goes_on(status, lines)
+        self.assertIn("0 texes", lines)
 
 
 if __name__ == "__main__":

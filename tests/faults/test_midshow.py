@@ -1,4 +1,4 @@
-"""What can go wrong around the program while it runs: the clock, the display, its own output."""
+"""What can go wrong around the program while it runs: the clock, its own output, a display too poor."""
 
 import os
 import signal
@@ -35,29 +35,12 @@ class MidShow(ShowTest):
         show.process.send_signal(signal.SIGTERM)
         self.assertEqual(show.status(), 1)
 
-    def test_display_lost(self):
-        stage = self.stage()
-        show = self.running(stage, "--nomusic", "--skip", "40")
-        stage.x.close()  # or the test would end with its own connection
-        stage.x.close = lambda: None
-        server = stage.processes[0]
-        server.kill()
-        server.wait()
-        self.assertEqual(show.status(), 1)
-
     def test_closed_streams(self):
         # Their numbers must not go to files that the show opens.
         for closed in ("<&- >&- 2>&-", ">&-", "2>&-", "<&-"):
             with self.subTest(closed):
                 process = self.start_with(closed, stderr=subprocess.DEVNULL)
                 self.assert_runs_and_ends(process, f"/proc/{process.pid}/fd")
-
-    def test_reader_gone(self):
-        read, write = os.pipe()
-        process = self.start_with("", stdout=write, stderr=write)
-        os.close(write)
-        os.close(read)
-        self.assert_runs_and_ends(process, f"/proc/{process.pid}/fd")
 
     def test_full_pipe(self):
         read, write = os.pipe()
@@ -67,6 +50,12 @@ class MidShow(ShowTest):
         self.assertTrue(os.get_blocking(write), "the writer's own end is as it was")
         os.close(write)
         self.assert_runs_and_ends(process, f"/proc/{process.pid}/fd")
+
+    def test_display_of_256_colours_has_no_window_for_it(self):
+        show = self.show(self.stage(depth=8, window_manager=""))
+        self.assertEqual(show.status(), -signal.SIGABRT)
+        self.assertRegex(show.lines[-2], "^no window: .+")
+        self.assertRegex(show.lines[-1], "screen")
 
     def test_full_disk(self):
         with open("/dev/full", "w") as full:

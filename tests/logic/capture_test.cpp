@@ -83,6 +83,8 @@ TEST(capture, takes_the_top_left_of_a_larger_desktop_and_leaves_the_rest_black_o
     *pixel(testport.desktop, 854, 0) = 0x00FF00;
     take_screenshot();
     EXPECT_EQ(colour(screenshot_surface, 853, 0), (std::vector<int>{255, 0, 0}));
+    SDL_FreeSurface(testport.desktop);
+    SDL_FreeSurface(screenshot_surface);
     testport.desktop = desktop(100, 100);
     *pixel(testport.desktop, 99, 99) = 0xFF0000;
     take_screenshot();
