@@ -137,6 +137,7 @@ TEST(fluid, a_point_carries_the_colour_of_the_spot_where_it_ends) {
             wrong += std::abs(draw.attributes.at("col")[k * 3 + channel] -
                               pixel[channel] / 255.0f) > 1e-6f;
     }
+    SDL_FreeSurface(face);
     // On the border of two pixels single precision may fall the other way.
     EXPECT_LT(wrong, 30);
 }
