@@ -10,13 +10,16 @@ from movies import BEAT, beat_seconds, lag, ROOT, sound
 from stage import ShowTest
 
 LATEST = 0.025  # seconds from an event's beat to the frame that shows it
-# A machine that is busy with something else draws late frames; the show is given another go.
+# A machine that is busy with something else draws late frames, whatever the show does: it is given
+# another go, and where it never comes to its frames there is nothing to be learnt about the show.
 GOES = 3
+ENOUGH = 45  # frames a second
 
 
 class Sync(ShowTest):
     def play(self, skip, last):
-        """Plays from `skip` seconds until event `last`; the sound and {event: (beat shown)}."""
+        """Plays from `skip` seconds until event `last`; the sound, {event: beat shown}, and
+        the fewest frames a second that were drawn meanwhile."""
         stage = self.stage(427, 240)  # small, so that drawing leaves time for keeping time
         raw = os.path.join(tempfile.mkdtemp(dir=stage.folder), "sound.raw")
         show = self.show(stage, "--skip", str(skip), SDL_AUDIODRIVER="disk",
@@ -28,30 +31,41 @@ class Sync(ShowTest):
             if match:
                 shown.setdefault(match[1], float(match[2]))
         show.close()
+        rates = [float(show.find(r"fps: ([0-9.]+) .*", lines=[tick])[1]) for tick in show.ticks
+                 if tick.startswith("fps")]
         samples = numpy.fromfile(raw, numpy.int16).reshape(-1, 2).mean(axis=1) / 32768
-        return samples.astype(numpy.float32), shown
+        return samples.astype(numpy.float32), shown, min(rates[1:], default=0)
 
-    def expect_music(self, samples, skip):
-        """The sound is the song from the skipped time on, at its own speed to the last."""
+    def music_complaint(self, samples, skip):
+        """Nothing when the sound is the song from the skipped time on, at its own speed."""
         song = sound(ROOT + "/tarvisk.ogg", "-ss", str(skip), "-t", "40")
         start = lag(song[:44100], samples)[0]
-        for second in range(0, (len(samples) - start) // 44100 - 2):
-            part = song[second * 44100 : (second + 1) * 44100]
-            at, alike = lag(part, samples[start:])
-            self.assertGreater(alike, 0.8, f"{second} s into the sound")
-            self.assertLess(abs(at / 44100 - second), 0.002, "the sound's samples keep time")
+        seconds = (len(samples) - start) // 44100 - 2
+        if seconds < 1:
+            return "there is hardly any sound"
+        for second in range(seconds):
+            at, alike = lag(song[second * 44100 : (second + 1) * 44100], samples[start:])
+            if alike < 0.8 or abs(at / 44100 - second) > 0.002:
+                return f"{second} s on, the sound is not the song's (alike {alike:.2f})"
+        return ""
+
+    def event_complaint(self, shown, events):
+        """Nothing when every event is shown on its beat."""
+        for name, beat in events.items():
+            late = (shown[name] - beat) * BEAT
+            if not -0.005 <= late <= LATEST:
+                return f"{name} is shown {late:.3f} s after its beat"
+        return ""
 
     def expect_events(self, skip, events):
-        last = max(events, key=events.get)
-        for go in range(GOES):
-            samples, shown = self.play(skip, last)
-            late = {name: (shown[name] - beat) * BEAT for name, beat in events.items()}
-            if max(late.values()) <= LATEST:
-                break
-        self.expect_music(samples, skip)
-        for name, seconds in late.items():
-            self.assertGreaterEqual(seconds, -0.005, f"{name} is shown before its beat")
-            self.assertLessEqual(seconds, LATEST, f"{name} is shown late")
+        for _ in range(GOES):
+            samples, shown, rate = self.play(skip, max(events, key=events.get))
+            complaint = self.event_complaint(shown, events) or self.music_complaint(samples, skip)
+            if not complaint:
+                return
+        if rate < ENOUGH:
+            self.skipTest(f"this machine draws {rate} frames a second: {complaint}")
+        self.fail(complaint)
 
     def test_scenes_change_on_their_beats_in_the_rock(self):
         self.expect_events(beat_seconds(158),
