@@ -220,6 +220,28 @@ class Show:
         self.output.close()
 
 
+class Gate:
+    """Stops the show where it looks for the companion of an image, until it is opened."""
+
+    def __init__(self, folder, image):
+        self.name = os.path.join(folder, image + ".txt")
+        os.mkfifo(self.name)
+        self.end = None
+
+    def _reached(self):
+        try:
+            self.end = os.open(self.name, os.O_WRONLY | os.O_NONBLOCK)
+        except OSError:
+            return False
+        return True
+
+    def wait(self):
+        wait_until(self._reached, "the show to look for " + self.name)
+
+    def open(self):
+        os.close(self.end)
+
+
 class ShowTest(unittest.TestCase):
     """A test with stages and shows that end with it."""
 

@@ -4,8 +4,7 @@ import os
 import re
 import unittest
 
-import stage as stages
-from stage import ShowTest, desktop_picture, wait_until
+from stage import Gate, ShowTest, desktop_picture, wait_until
 
 # What differs from run to run or with the content, in the expected lines.
 FIELDS = {
@@ -23,28 +22,6 @@ def expected_lines():
     for field, pattern in FIELDS.items():
         lines = [line.replace(re.escape(field), pattern) for line in lines]
     return lines
-
-
-class Gate:
-    """Stops the show where it looks for the companion of an image, until it is opened."""
-
-    def __init__(self, folder, image):
-        self.name = os.path.join(folder, image + ".txt")
-        os.mkfifo(self.name)
-        self.end = None
-
-    def _reached(self):
-        try:
-            self.end = os.open(self.name, os.O_WRONLY | os.O_NONBLOCK)
-        except OSError:
-            return False
-        return True
-
-    def wait(self):
-        wait_until(self._reached, "the show to look for " + self.name)
-
-    def open(self):
-        os.close(self.end)
 
 
 class Start(ShowTest):
