@@ -9,9 +9,11 @@
 #include "wake.h"
 
 #include <cassert>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <unistd.h>
 
 int config_width = 854;
 int config_height = 480;
@@ -27,7 +29,8 @@ Uint8* keystate = nullptr;
 
 namespace {
 
-constexpr int playmusic = 1; // bit of config_otherflags
+constexpr int playmusic = 1;     // bit of config_otherflags
+constexpr unsigned patience = 3; // seconds for SDL to close
 
 void configuresize(const char* message, int width, int height) {
     fprintf(stderr, "%s", message);
@@ -141,4 +144,12 @@ int start_show(int argc, char** argv) {
     demo_run();
     SDL_Quit();
     return 0;
+}
+
+void leave_show() {
+    // SDL waits for its audio thread, and that, for ever, for a sound device that hangs.
+    signal(SIGALRM, [](int) { _exit(1); });
+    alarm(patience);
+    SDL_Quit();
+    exit(1);
 }

@@ -39,3 +39,7 @@ void load_show(int argc, char** argv);
 // The whole show: start-up, then the director's timeline, which does not return. The result is
 // the exit status.
 int start_show(int argc, char** argv);
+
+// Closes SDL and ends the process with status 1: how a viewer leaves. A device that hangs delays
+// that by a few seconds at most.
+[[noreturn]] void leave_show();

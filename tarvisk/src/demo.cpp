@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <glm/gtc/matrix_transform.hpp>
 #include <initializer_list>
 
@@ -438,10 +437,8 @@ void scene_finale() {
 
 void event_cb(SDL_Event* event) {
     const bool quitkey = event->type == SDL_KEYDOWN && event->key.keysym.sym == SDLK_q;
-    if (!quitkey && event->type != SDL_QUIT)
-        return;
-    SDL_Quit();
-    exit(1);
+    if (quitkey || event->type == SDL_QUIT)
+        leave_show();
 }
 
 // Each effect that has loaded is presented, so that the window stays alive.
