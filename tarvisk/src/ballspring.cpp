@@ -91,6 +91,15 @@ glm::vec3 push(int i) {
     return acc;
 }
 
+// Nothing ends the push. Whom it has driven far out of sight waits at a point that is always
+// clipped, before its place is a number no more.
+vertex_s shown(const glm::vec3& pos) {
+    constexpr float far = 1e6f;
+    if (glm::length(pos) < far)
+        return {pos.x, pos.y, pos.z};
+    return {far, 0.0f, 0.0f};
+}
+
 void moveparticle(int i, float normalsize) {
     particle_s& part = part_data[i];
     const glm::vec3 partpos = part.pos;
@@ -99,7 +108,7 @@ void moveparticle(int i, float normalsize) {
     const glm::vec3 acc2 = (target_partpos - partpos) * 3.0f * 0.001f;
     part.vspr = acc2 + part.vspr * 0.95f;
     part.pos = partpos + part.vatt + part.vspr;
-    vertex_data[i] = {part.pos.x, part.pos.y, part.pos.z};
+    vertex_data[i] = shown(part.pos);
 }
 
 void kickonbeat() {

@@ -212,6 +212,28 @@ TEST_F(ball, tumbles_ten_degrees_a_second_far_in_front) {
     EXPECT_NEAR(up.y / up.w, 0.1 / std::tan(glm::radians(10.0)), 1e-4);
 }
 
+// Whether GL draws a dot there with the matrix of the last draw.
+bool isinsight(const glm::vec3& dot) {
+    glm::mat4 mvp;
+    std::copy_n(gldouble::draws().back().uniforms.at("mvp").begin(), 16, &mvp[0][0]);
+    const glm::vec4 clip = mvp * glm::vec4(dot, 1.0f);
+    return glm::all(glm::lessThanEqual(glm::abs(glm::vec3(clip)), glm::vec3(clip.w)));
+}
+
+TEST_F(ball, sends_no_dot_out_of_all_numbers) {
+    load(4);
+    gravforce = 50.0f;
+    for (int i = 0; i < 700; ++i)
+        draw(0.5);
+    for (int seconds = 0; seconds < 36; ++seconds) { // once around
+        const std::vector<glm::vec3> dots = draw(0.5 + seconds * 8.0 / 5.079);
+        EXPECT_TRUE(isinsight(dots[399])) << "whom nobody pushes";
+        EXPECT_FALSE(isinsight(dots[0])) << "whom all have pushed for long";
+        for (const glm::vec3& dot : dots)
+            ASSERT_LT(glm::length(dot), 2e6f);
+    }
+}
+
 TEST_F(ball, draws_400_sprites_and_leaves_no_array) {
     load(1);
     draw(0.5);

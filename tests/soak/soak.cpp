@@ -1,15 +1,15 @@
 // The show for hours of its own time, off-screen and unseen: five pictures a second, each of ten
 // ticks, on the clock that every frame moves. Watches the memory, the time that a frame takes, the
 // events and every number that goes to GL.
+#include "glwatch.h"
 #include "main/clock.h"
 #include "playback.h"
 #include "sync.h"
 
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <dlfcn.h>
 #include <GLES2/gl2.h>
 #include <set>
 #include <string>
@@ -20,20 +20,6 @@ namespace {
 
 constexpr int samples = 60;
 constexpr long grownby = 4096; // KiB that the memory may grow in the second half
-
-long notanumber = 0;
-
-void look(const float* values, long count) {
-    for (long i = 0; i < count; ++i)
-        if (!std::isfinite(values[i]))
-            ++notanumber;
-}
-
-// GL's own function under the name that this program has taken.
-template<class function_t>
-function_t original(function_t, const char* name) {
-    return reinterpret_cast<function_t>(dlsym(RTLD_NEXT, name));
-}
 
 long residentkib() {
     long pages = 0, resident = 0;
@@ -78,19 +64,23 @@ public:
 
     bool done() const { return taken.size() == samples; }
 
-    // The findings, a line each on standard error; how many.
+    // The findings, a line each on standard error; how many kinds.
     int findings() const {
-        const int grown = taken.back().kib - taken[samples / 2].kib > grownby;
-        if (grown)
-            fprintf(stderr, "soak: memory grows\n");
-        if (twice)
-            fprintf(stderr, "soak: %i events fired twice\n", twice);
-        if (notanumber)
-            fprintf(stderr, "soak: %ld numbers for GL are none\n", notanumber);
-        return grown + (twice > 0) + (notanumber > 0);
+        return found("KiB too much that the memory grew",
+                     std::max(taken.back().kib - taken[samples / 2].kib - grownby, 0L)) +
+               found("events that fired twice", twice) +
+               found("uniforms that are no numbers", glwatch_uniforms()) +
+               found("vertices that are no numbers", glwatch_vertices()) +
+               found("draws from buffers, which nobody looks into", glwatch_buffers());
     }
 
 private:
+    static int found(const char* what, long count) {
+        if (count)
+            fprintf(stderr, "soak: %ld %s\n", count, what);
+        return count != 0;
+    }
+
     // An event that is queued anew although it has happened has fired twice.
     void countevents() {
         for (const auto& [name, e] : events) {
@@ -110,38 +100,6 @@ private:
 };
 
 } // namespace
-
-void glUniform1f(GLint location, GLfloat x) {
-    static const auto gl = original(&glUniform1f, "glUniform1f");
-    look(&x, 1);
-    gl(location, x);
-}
-
-void glUniform2f(GLint location, GLfloat x, GLfloat y) {
-    static const auto gl = original(&glUniform2f, "glUniform2f");
-    const float values[] = {x, y};
-    look(values, 2);
-    gl(location, x, y);
-}
-
-void glUniform3f(GLint location, GLfloat x, GLfloat y, GLfloat z) {
-    static const auto gl = original(&glUniform3f, "glUniform3f");
-    const float values[] = {x, y, z};
-    look(values, 3);
-    gl(location, x, y, z);
-}
-
-void glUniformMatrix3fv(GLint location, GLsizei count, GLboolean transpose, const GLfloat* m) {
-    static const auto gl = original(&glUniformMatrix3fv, "glUniformMatrix3fv");
-    look(m, 9L * count);
-    gl(location, count, transpose, m);
-}
-
-void glUniformMatrix4fv(GLint location, GLsizei count, GLboolean transpose, const GLfloat* m) {
-    static const auto gl = original(&glUniformMatrix4fv, "glUniformMatrix4fv");
-    look(m, 16L * count);
-    gl(location, count, transpose, m);
-}
 
 int main(int argc, char** argv) {
     if (argc != 2 || atof(argv[1]) <= 0.0) {
