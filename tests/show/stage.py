@@ -29,6 +29,7 @@ WINDOW_MANAGER = os.environ.get("SHOW_WM", "")
 OTHER_SDL = os.environ.get("SHOW_SDL", "")
 COMPATIBILITY = bool(OTHER_SDL or os.environ.get("SHOW_COMPATIBILITY"))
 PATIENCE = 120
+CLOCK = r"timeval: (-?\d+\.\d{3}) beatgrid: (-?\d+\.\d{3})"
 
 
 def wait_until(condition, what):
@@ -254,3 +255,17 @@ class ShowTest(unittest.TestCase):
         show = Show(stage, *options, **environment)
         self.addCleanup(show.close)
         return show
+
+    def press_z(self, stage, show):
+        """Presses z until the window has the keyboard and answers; the match."""
+        seen = len(show.lines)
+
+        def pressed():
+            stage.key("key", "z")
+            return show.find(CLOCK, seen)
+
+        return wait_until(pressed, "an answer to z")
+
+    def seconds(self, stage, show):
+        """The demo time that the show says when asked."""
+        return float(self.press_z(stage, show)[1])

@@ -3,22 +3,10 @@
 import signal
 import unittest
 
-from stage import COMPATIBILITY, WINDOW_MANAGER, ShowTest, desktop_picture, wait_until
-
-CLOCK = r"timeval: (-?\d+\.\d{3}) beatgrid: (-?\d+\.\d{3})"
+from stage import COMPATIBILITY, ShowTest, desktop_picture, wait_until
 
 
 class Keys(ShowTest):
-    def press_z(self, stage, show):
-        """Presses z until the window has the keyboard and answers; the match."""
-        seen = len(show.lines)
-
-        def pressed():
-            stage.key("key", "z")
-            return show.find(CLOCK, seen)
-
-        return wait_until(pressed, "an answer to z")
-
     def start(self, *options, desktop=None):
         """A show that has presented frames and hears keys."""
         stage = self.stage()
@@ -26,7 +14,7 @@ class Keys(ShowTest):
             stage.hang(desktop)
         show = self.show(stage, *options)
         show.wait_for_frames()
-        wait_until(lambda: float(self.press_z(stage, show)[1]) > 0.0, "the clock")
+        wait_until(lambda: self.seconds(stage, show) > 0.0, "the clock")
         return stage, show
 
     def test_z_prints_the_clock(self):
@@ -66,7 +54,8 @@ class Keys(ShowTest):
                 show.process.send_signal(number)
                 self.assertEqual(show.status(), 1)
 
-    @unittest.skipIf(COMPATIBILITY, "the compatibility library reports no resize of this window")
+    @unittest.skipIf(COMPATIBILITY, "the compatibility library reports no resize of a full-screen "
+                                    "window, asked for as resizable or not")
     def test_resize_is_reported(self):
         stage, show = self.start("--nomusic", "--skip", "35")
         for window in ("fs", "wm"):  # with a window manager SDL listens to the one, else to the other
