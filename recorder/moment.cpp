@@ -3,7 +3,6 @@
 #include "main/clock.h"
 #include "sync.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 moment_s moment_parse(const std::string& text) {
@@ -34,8 +33,9 @@ bool moment_reached(const moment_s& moment, float lead) {
 }
 
 double moment_seconds(const moment_s& moment) {
-    const double seconds = moment.kind == moment_s::seconds
-                               ? moment.value
-                               : beatgrid_seconds(static_cast<float>(moment.value));
-    return std::max(0.0, seconds);
+    if (moment.value <= 0.0) // the first frame, though the grid's beat 0 comes a little later
+        return 0.0;
+    if (moment.kind == moment_s::seconds)
+        return moment.value;
+    return beatgrid_seconds(static_cast<float>(moment.value));
 }

@@ -17,5 +17,6 @@ moment_s moment_parse(const std::string& text);
 // registered yet is still to come.
 bool moment_reached(const moment_s& moment, float lead = 0.0f);
 
-// Demo time of a beat or a time, in seconds and not below 0. Not for events.
+// Demo time in seconds of a beat or a time; 0 up to beat 0, which is where the clock starts, a
+// little before the grid does. Not for events.
 double moment_seconds(const moment_s& moment);

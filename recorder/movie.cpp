@@ -163,12 +163,17 @@ void notechapter(recording_s* recording) {
         recording->chapters.push_back({demo_scene, recording->frames});
 }
 
+// The first frame at or after a moment, counted from the start of the show.
+long long framenumber(const movie_s& movie, const moment_s& moment) {
+    return std::llround(std::ceil(moment_seconds(moment) * double(movie.rate_numerator) /
+                                  double(movie.rate_denominator)));
+}
+
 // Frames when both ends are numbers, 0 where an event decides.
 long long expectedframes(const movie_s& movie, const moment_s& to) {
     if (movie.from.kind == moment_s::event || to.kind == moment_s::event)
         return 0;
-    return static_cast<long long>((moment_seconds(to) - moment_seconds(movie.from)) *
-                                  double(movie.rate_numerator) / double(movie.rate_denominator));
+    return framenumber(movie, to) - framenumber(movie, movie.from);
 }
 
 // Whether this frame is no longer part of the movie. An event that has not been heard of when the

@@ -1,4 +1,5 @@
 import os
+import re
 import signal
 import subprocess
 import unittest
@@ -102,6 +103,14 @@ class Failures(MovieTest):
         self.assertEqual(run.returncode, 1)
         self.assertIn("couldn't load!", run.stderr)
         self.expect_nothing_left()
+
+
+class Progress(MovieTest):
+    def test_ends_at_the_number_that_it_foretold(self):
+        for ends in (["--to", "2"], ["--from", "3", "--to", "5"], ["--from", "1s", "--to", "2s"]):
+            run = record(*ends, self.file("clip.mp4"))
+            done, foretold = re.findall(r"100%  frame (\d+) of (\d+) ", run.stderr)[-1]
+            self.assertEqual(done, foretold, ends)
 
 
 class Interrupted(MovieTest):
