@@ -58,12 +58,26 @@ void readoption(const char* option) {
     }
 }
 
+// SDL waits for its audio thread, and that, for ever, for a sound device that hangs.
+void endsoon() {
+    signal(SIGALRM, [](int) { _exit(1); });
+    alarm(patience);
+}
+
+// However the process ends, the threads of sound and timers must not outlive the libraries that
+// they call.
+void stopthreads() {
+    endsoon();
+    SDL_QuitSubSystem(SDL_INIT_AUDIO | SDL_INIT_TIMER);
+}
+
 void startsdl() {
     port_beforesdl();
     int res = SDL_Init(SDL_INIT_TIMER | SDL_INIT_AUDIO | SDL_INIT_VIDEO);
     if (res != 0)
         fprintf(stderr, "no SDL: %s\n", SDL_GetError());
     assert(res == 0);
+    atexit(stopthreads);
 }
 
 // The loading time looks like a frozen desktop.
@@ -147,9 +161,7 @@ int start_show(int argc, char** argv) {
 }
 
 void leave_show() {
-    // SDL waits for its audio thread, and that, for ever, for a sound device that hangs.
-    signal(SIGALRM, [](int) { _exit(1); });
-    alarm(patience);
+    endsoon();
     SDL_Quit();
     exit(1);
 }

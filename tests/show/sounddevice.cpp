@@ -1,6 +1,7 @@
 // A sound device for tests, as a plugin of ALSA's. It plays into nothing, as fast as a real one,
-// and makes the file $SOUND_DEVICE.heard at the first sound. Once the file $SOUND_DEVICE is gone,
-// so is the device; once something is written in it, the device hangs.
+// and makes the files $SOUND_DEVICE.heard at the first sound, $SOUND_DEVICE.closed at the end. Once
+// the file $SOUND_DEVICE is gone, so is the device; once something is written in it, the device
+// hangs.
 #include <alsa/asoundlib.h>
 #include <alsa/pcm_external.h>
 #include <cstdlib>
@@ -68,6 +69,15 @@ snd_pcm_sframes_t pointer(snd_pcm_ioplug_t* io) {
     return played % snd_pcm_sframes_t(io->buffer_size);
 }
 
+void mark(const char* what) {
+    close(open((name() + what).c_str(), O_CREAT | O_WRONLY, 0600));
+}
+
+int closed(snd_pcm_ioplug_t*) {
+    mark(".closed");
+    return 0;
+}
+
 bool sounds(const void* first, size_t size) {
     const auto* bytes = static_cast<const char*>(first);
     for (size_t i = 0; i < size; ++i)
@@ -82,7 +92,7 @@ snd_pcm_sframes_t transfer(snd_pcm_ioplug_t* io, const snd_pcm_channel_area_t* a
         return error;
     const size_t frame = areas->step / 8;
     if (sounds(static_cast<char*>(areas->addr) + offset * frame, size * frame))
-        close(open((name() + ".heard").c_str(), O_CREAT | O_WRONLY, 0600));
+        mark(".heard");
     return snd_pcm_sframes_t(size);
 }
 
@@ -99,6 +109,7 @@ const snd_pcm_ioplug_callback_t callbacks = [] {
     c.prepare = prepare;
     c.pointer = pointer;
     c.transfer = transfer;
+    c.close = closed;
     c.poll_revents = poll_revents;
     return c;
 }();

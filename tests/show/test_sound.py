@@ -85,6 +85,12 @@ class Sound(ShowTest):
         self.goes_on(stage, show)
         self.quits(stage, show)
 
+    def test_device_is_closed_when_the_display_is_lost(self):
+        stage, show, device = self.with_device()
+        stage.lose_display()
+        self.assertEqual(show.status(), 1)
+        self.assertTrue(os.path.exists(device + ".closed"))
+
     # Not among the packages of ./check: on many a desktop it would take another server's place.
     @unittest.skipUnless(shutil.which("pulseaudio"), "no pulseaudio here")
     def test_sound_server_dies(self):
