@@ -223,7 +223,7 @@ bool isinsight(const glm::vec3& dot) {
 TEST_F(ball, sends_no_dot_out_of_all_numbers) {
     load(4);
     gravforce = 50.0f;
-    for (int i = 0; i < 700; ++i)
+    for (int i = 0; i < 200; ++i)
         draw(0.5);
     for (int seconds = 0; seconds < 36; ++seconds) { // once around
         const std::vector<glm::vec3> dots = draw(0.5 + seconds * 8.0 / 5.079);
