@@ -69,6 +69,7 @@ void endsoon() {
 void stopthreads() {
     endsoon();
     SDL_QuitSubSystem(SDL_INIT_AUDIO | SDL_INIT_TIMER);
+    alarm(0); // what else there is to end may take its time
 }
 
 void startsdl() {
