@@ -1,7 +1,9 @@
-"""harmattan-home.png and callscreen2.jpg: what the phone itself shows.
+"""harmattan-home.png and callscreen2.jpg: what the phone itself shows; tarvisk.png, the show's icon.
 
 The icons of the home screen are the scenes of the show, so it is painted after all others.
 """
+
+import os
 
 import numpy
 from PIL import Image
@@ -60,15 +62,10 @@ def lay(canvas, piece, alpha, left, top):
     canvas[top : top + height, left : left + width] = art.mix(part, piece, alpha)
 
 
-def icon(canvas, piece, centre):
-    """A lens of glass over its picture: shadow below, bright upper rim, a line round it."""
+def glass(piece):
+    """A lens over a square picture, bright at its upper rim: colour and alpha."""
     size = piece.shape[0]
     r, down = tile(size)
-    left, top = int(centre[0] - size / 2), int(centre[1] - size / 2)
-    pad = 16
-    shadow = numpy.zeros((size + 2 * pad, size + 2 * pad))
-    shadow[pad:-pad, pad:-pad] = art.smooth(1.0, 0.97, r)
-    lay(canvas, numpy.zeros(3), 0.55 * art.blur(shadow, 6), left - pad, top - pad + 5)
     rim = art.smooth(0.90, 0.97, r)
     piece = (
         piece
@@ -76,7 +73,19 @@ def icon(canvas, piece, centre):
         - (0.25 * rim * art.smooth(0.0, 0.9, down))[..., None]
     )
     gloss = 0.10 * art.smooth(0.02, -0.02, down + 0.10 - 0.16 * (numpy.linspace(-1, 1, size)[None, :] ** 2))
-    lay(canvas, numpy.clip(piece + gloss[..., None], 0, 1), art.smooth(1.0, 0.965, r), left, top)
+    return numpy.clip(piece + gloss[..., None], 0, 1), art.smooth(1.0, 0.965, r)
+
+
+def icon(canvas, piece, centre):
+    """Under glass, with a shadow below."""
+    size = piece.shape[0]
+    r, _ = tile(size)
+    left, top = int(centre[0] - size / 2), int(centre[1] - size / 2)
+    pad = 16
+    shadow = numpy.zeros((size + 2 * pad, size + 2 * pad))
+    shadow[pad:-pad, pad:-pad] = art.smooth(1.0, 0.97, r)
+    lay(canvas, numpy.zeros(3), 0.55 * art.blur(shadow, 6), left - pad, top - pad + 5)
+    lay(canvas, *glass(piece), left, top)
 
 
 def write(canvas, words, weight, size, centre, colour, spacing=0, shadow=0.6):
@@ -246,6 +255,16 @@ def call():
     art.save(art.grain(canvas, 0.008, 93), "callscreen2.jpg")
 
 
+def desktop():
+    """The show's own icon where it is installed: the logo's last letter."""
+    _, name, centre, side = ICONS[1]
+    colour, alpha = glass(cut(name, centre, side, 128))
+    Image.fromarray(art.eightbit(numpy.dstack([colour, alpha])), "RGBA").save(
+        os.path.join(art.ROOT, "packaging", "tarvisk.png"), optimize=True
+    )
+
+
 def make():
     call()
     home()
+    desktop()

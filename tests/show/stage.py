@@ -158,11 +158,11 @@ class Show:
 
     TIMERS = re.compile(r"fps: .*|Up all night .*")
 
-    def __init__(self, stage, *options, cwd=ROOT, **environment):
+    def __init__(self, stage, *options, program=PROGRAM, cwd=ROOT, **environment):
         base = dict(show_environment(stage), **environment)
         self.lines, self.ticks = [], []
         self.output = tempfile.TemporaryFile()
-        self.process = subprocess.Popen([PROGRAM, *options], cwd=cwd, env=base, text=True,
+        self.process = subprocess.Popen([program, *options], cwd=cwd, env=base, text=True,
                                         errors="replace", stdin=subprocess.DEVNULL,
                                         stdout=self.output, stderr=subprocess.PIPE)
         self.reader = threading.Thread(target=self._read, daemon=True)
