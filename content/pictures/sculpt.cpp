@@ -61,7 +61,7 @@ vec rolled(vec p, double degrees) {
 
 // A head on its back in the water: the forehead a little under, the chin up.
 vec afloat(vec p) {
-    const double a = 15 * M_PI / 180, c = std::cos(a), s = std::sin(a);
+    const double a = 6 * M_PI / 180, c = std::cos(a), s = std::sin(a);
     return {p.x, c * p.y - s * p.z, s * p.y + c * p.z + 0.05};
 }
 
@@ -160,82 +160,94 @@ double eye(double d, vec m) {
 }
 
 double nose(double d, vec p, vec m) {
-    d = join(d, limb(p, {0, 0.24, 0.585}, {0, -0.14, 0.795}, 0.050, 0.062), 0.13);
-    d = join(d, ellipsoid(p, {0, -0.215, 0.795}, {0.088, 0.078, 0.088}), 0.06);
-    d = join(d, ellipsoid(m, {0.100, -0.245, 0.700}, {0.062, 0.060, 0.082}), 0.05);
-    d = carve(d,
-              ellipsoid(rolled(m - vec{0.052, -0.295, 0.760}, 20), {0, 0, 0}, {0.034, 0.022, 0.05}),
-              0.025);
-    return d;
+    d = join(d, limb(p, {0, 0.20, 0.575}, {0, -0.14, 0.745}, 0.046, 0.056), 0.14);
+    d = join(d, ellipsoid(p, {0, -0.190, 0.765}, {0.076, 0.068, 0.078}), 0.07);
+    d = join(d, ellipsoid(m, {0.104, -0.222, 0.675}, {0.054, 0.054, 0.078}), 0.05);
+    d = join(d, ellipsoid(p, {0, -0.218, 0.670}, {0.115, 0.048, 0.110}), 0.04);
+    d = join(d, limb(p, {0, -0.235, 0.745}, {0, -0.270, 0.660}, 0.022, 0.026), 0.04);
+    return carve(
+        d, ellipsoid(rolled(m - vec{0.058, -0.268, 0.715}, 25), {0, 0, 0}, {0.022, 0.012, 0.026}),
+        0.02);
 }
 
+// The lips swell between their rims and fall into the line where they meet; faces.py paints them.
 double mouth(double d, vec p, vec m) {
-    d = join(d, ellipsoid(p, {0, -0.50, 0.50}, {0.26, 0.19, 0.175}), 0.14);
-    d = carve(d, limb(p, {0, -0.33, 0.745}, {0, -0.425, 0.745}, 0.016, 0.026), 0.04);
-    const double bow =
-        -0.480 - 0.42 * (m.x - 0.05) * (m.x - 0.05) + 0.012 * smoothstep(0.0, 0.05, m.x);
-    double upper = ellipsoid(rolled(m - vec{0.078, bow + 0.006, 0.632}, -15), {0, 0, 0},
-                             {0.125, 0.034, 0.060});
-    upper = join(upper, ellipsoid(p, {0, -0.484, 0.655}, {0.045, 0.030, 0.045}), 0.06);
-    const double lower =
-        ellipsoid({p.x, p.y - 0.35 * p.x * p.x, p.z}, {0, -0.572, 0.630}, {0.135, 0.044, 0.070});
-    d = join(join(d, upper, 0.022), lower, 0.030);
-    const double parting = p.y + 0.524 - 0.20 * m.x * m.x;
-    const double reach = smoothstep(0.205, 0.15, m.x) * smoothstep(0.45, 0.55, p.z);
-    d += 0.016 * std::exp(-std::pow(parting / 0.008, 2)) * reach;
-    d = carve(d, sphere(m, {0.205, -0.522, 0.625}, 0.010), 0.05);
-    return carve(d, ellipsoid(p, {0, -0.665, 0.690}, {0.13, 0.030, 0.06}), 0.09);
+    d = join(d, ellipsoid(p, {0, -0.455, 0.465}, {0.25, 0.19, 0.180}), 0.16);
+    const double half = 0.205, along = clamp(1 - std::pow(m.x / half, 2), 0, 1);
+    const double meet = -0.450 - 0.008 * std::exp(-std::pow(m.x / 0.035, 2)) +
+                        0.7 * std::pow(std::max(m.x - 0.09, 0.0), 2);
+    const double upper = 0.062 * along - 0.012 * std::exp(-std::pow(m.x / 0.024, 2));
+    const double lower = 0.082 * std::pow(along, 0.85);
+    const double over = p.y - meet, t = over > 0 ? over / (upper + 0.001) : -over / (lower + 0.001);
+    const double front = smoothstep(0.40, 0.52, p.z);
+    const double swell = over > 0 ? 0.060 * smoothstep(1.25, 0.10, t) * (1 - std::exp(-t / 0.10))
+                                  : 0.066 * smoothstep(1.35, 0.30, t) * (1 - std::exp(-t / 0.16));
+    d -= front * swell * std::pow(along, 0.8);
+    d += 0.007 * front * std::exp(-std::pow(over / 0.008, 2)) * smoothstep(0.215, 0.16, m.x);
+    d = carve(d, limb(p, {0, -0.30, 0.725}, {0, -0.375, 0.735}, 0.014, 0.024), 0.05);
+    return carve(d, ellipsoid(p, {0, -0.580, 0.690}, {0.13, 0.030, 0.05}), 0.10);
+}
+
+// Height over the line where the hair begins; faces.py paints it.
+double hairline(vec m) {
+    return m.y - 0.70 + 0.9 * m.x * m.x + 9 * std::pow(std::max(m.x - 0.48, 0.0), 2) +
+           0.05 * smoothstep(0.05, 0.0, m.x);
 }
 
 // A sleeping face.
 double face(vec at) {
     const vec p = afloat(at);
     const vec m = mirrored(p);
-    double d = ellipsoid(p, {0, 0.32, -0.20}, {0.72, 0.84, 0.88});
-    d = join(d, ellipsoid(p, {0, -0.10, 0.02}, {0.57, 0.87, 0.62}), 0.20);
-    d = join(d, ellipsoid(p, {0, 0.48, 0.20}, {0.52, 0.36, 0.46}), 0.20);
-    d = join(d, ellipsoid(p, {0, -0.60, 0.08}, {0.41, 0.37, 0.46}), 0.20);
-    d = join(d, ellipsoid(p, {0, -0.83, 0.42}, {0.16, 0.13, 0.14}), 0.22);
-    d = join(d, ellipsoid(m, {0.37, -0.10, 0.35}, {0.17, 0.14, 0.15}), 0.30);
-    d = carve(d, ellipsoid(m, {0.47, -0.48, 0.52}, {0.09, 0.20, 0.12}), 0.30);
-    d = join(d, limb(m, {0.10, 0.215, 0.565}, {0.42, 0.235, 0.415}, 0.055, 0.040), 0.13);
+    double d = ellipsoid(p, {0, 0.28, -0.20}, {0.68, 0.76, 0.86});
+    d = join(d, ellipsoid(p, {0, -0.06, 0.02}, {0.58, 0.76, 0.60}), 0.34);
+    d = join(d, ellipsoid(p, {0, 0.42, 0.18}, {0.52, 0.34, 0.46}), 0.20);
+    d = join(d, limb(m, {0.38, -0.36, 0.02}, {0.11, -0.68, 0.38}, 0.130, 0.145), 0.26);
+    d = join(d, ellipsoid(p, {0, -0.50, 0.12}, {0.38, 0.30, 0.42}), 0.20);
+    d = join(d, ellipsoid(p, {0, -0.705, 0.455}, {0.15, 0.115, 0.125}), 0.20);
+    d = join(d, ellipsoid(m, {0.39, -0.12, 0.33}, {0.16, 0.17, 0.15}), 0.34);
+    d = carve(d, ellipsoid(m, {0.46, -0.40, 0.54}, {0.08, 0.16, 0.10}), 0.30);
+    d = join(d, limb(m, {0.10, 0.215, 0.555}, {0.42, 0.235, 0.405}, 0.055, 0.040), 0.13);
     d = eye(d, m);
     d = nose(d, p, m);
     d = mouth(d, p, m);
-    const double fold = std::abs(m.x - (0.165 + 0.30 * (-0.26 - p.y)));
-    d += 0.010 * std::exp(-std::pow(fold / 0.035, 2)) * smoothstep(-0.24, -0.30, p.y) *
-         smoothstep(-0.50, -0.42, p.y);
+    const double fold = std::abs(m.x - (0.165 + 0.30 * (-0.24 - p.y)));
+    d += 0.008 * std::exp(-std::pow(fold / 0.040, 2)) * smoothstep(-0.22, -0.28, p.y) *
+         smoothstep(-0.44, -0.36, p.y);
     const double brows = m.y - 0.232 - 0.05 * std::sin((m.x - 0.12) * 9);
     d -= 0.010 * std::exp(-std::pow(brows / 0.026, 2)) * smoothstep(0.09, 0.14, m.x) *
          smoothstep(0.46, 0.34, m.x);
-    return d + 0.0012 * fractal(p * 38, 3);
+    const double over = hairline(m);
+    const double strand =
+        fractal({std::atan2(p.x, p.y + 0.5) * 44 + 2 * fractal(p * 2, 2), length(p) * 1.5, 4}, 3);
+    d -= smoothstep(-0.03, 0.14, over) * (0.030 + 0.035 * strand);
+    return d + 0.0012 * fractal(p * 38, 3) * smoothstep(0.0, -0.1, over);
 }
 
 // One row of teeth on an arch; up is +1 for the upper jaw and -1 for the lower.
 double teeth(vec p, double gum, double up) {
-    const vec arch{p.x, p.y, p.z - 0.235};
+    const vec arch{p.x, p.y, p.z - 0.270};
     const double angle = std::atan2(arch.x, arch.z), radius = std::hypot(arch.x, arch.z * 0.84);
-    const double pitch = 0.185;
+    const double pitch = 0.165;
     const double index = std::round(std::abs(angle) / pitch - 0.5) + 0.5;
-    if (index > 7)
+    if (index > 6)
         return 1;
-    const double side = (std::abs(angle) - index * pitch) * 0.36;
-    const double tall = 0.064 - 0.006 * std::abs(index - 0.5) + (index == 2.5 ? 0.014 : 0);
+    const double side = (std::abs(angle) - index * pitch) * 0.34;
+    const double tall = 0.056 - 0.005 * std::abs(index - 0.5) + (index == 2.5 ? 0.010 : 0);
     const double y = up * (p.y - gum);
-    const double width = 0.030 - 0.010 * smoothstep(-0.02, 0.10, y) - 0.004 * (up < 0);
-    return block({side, y, radius - 0.352}, {0, 0, 0}, {width, tall, 0.036}, 0.020);
+    const double width = 0.0265 - 0.008 * smoothstep(-0.02, 0.10, y) - 0.004 * (up < 0);
+    return block({side, y, radius - 0.318}, {0, 0, 0}, {width, tall, 0.036}, 0.020);
 }
 
 double skullfront(double d, vec p, vec m) {
     const double brow = limb(m, {0.10, 0.185, 0.575}, {0.46, 0.205, 0.36}, 0.062, 0.055);
     d = join(d, brow, 0.12);
     d = join(d, limb(m, {0.30, -0.16, 0.50}, {0.50, -0.09, 0.33}, 0.085, 0.075), 0.12);
-    d = join(d, limb(m, {0.50, -0.09, 0.33}, {0.64, 0.00, -0.30}, 0.062, 0.055), 0.06);
+    d = join(d, limb(m, {0.50, -0.09, 0.33}, {0.60, 0.00, -0.30}, 0.062, 0.055), 0.06);
     d = join(d, limb(m, {0.47, 0.18, 0.34}, {0.52, -0.08, 0.30}, 0.045, 0.050), 0.06);
     d = join(d, limb(p, {0, 0.16, 0.575}, {0, -0.02, 0.635}, 0.048, 0.036), 0.09);
     d = join(d, limb(m, {0.10, -0.06, 0.56}, {0.14, -0.30, 0.52}, 0.055, 0.075), 0.09);
     d = carve(d,
-              ellipsoid(rolled(m - vec{0.280, 0.045, 0.50}, -14), {0, 0, 0}, {0.185, 0.155, 0.46}),
+              ellipsoid(rolled(m - vec{0.280, 0.045, 0.50}, -14), {0, 0, 0}, {0.180, 0.150, 0.37}),
               0.05);
     const double hole =
         join(ellipsoid(rolled(m - vec{0.052, -0.215, 0.58}, 12), {0, 0, 0}, {0.050, 0.085, 0.16}),
@@ -245,27 +257,28 @@ double skullfront(double d, vec p, vec m) {
 }
 
 double jaw(vec p, vec m) {
-    double d = limb(m, {0.0, -0.83, 0.47}, {0.20, -0.80, 0.42}, 0.085, 0.085);
-    d = join(d, limb(m, {0.20, -0.80, 0.42}, {0.48, -0.56, 0.06}, 0.090, 0.080), 0.08);
-    d = join(d, limb(m, {0.48, -0.56, 0.06}, {0.58, -0.05, 0.06}, 0.085, 0.060), 0.08);
-    d = join(d, limb(m, {0.10, -0.68, 0.50}, {0.34, -0.62, 0.25}, 0.060, 0.055), 0.10);
-    d = join(d, ellipsoid(p, {0, -0.70, 0.28}, {0.31, 0.11, 0.27}), 0.08);
-    return join(d, ellipsoid(p, {0, -0.86, 0.52}, {0.14, 0.075, 0.075}), 0.09);
+    double d = limb(m, {0.0, -0.735, 0.47}, {0.17, -0.715, 0.41}, 0.080, 0.085);
+    d = join(d, limb(m, {0.17, -0.715, 0.41}, {0.43, -0.48, 0.06}, 0.090, 0.080), 0.08);
+    d = join(d, limb(m, {0.43, -0.48, 0.06}, {0.53, -0.04, 0.04}, 0.080, 0.060), 0.08);
+    d = join(d, limb(m, {0.0, -0.610, 0.620}, {0.25, -0.600, 0.42}, 0.058, 0.052), 0.06);
+    d = join(d, ellipsoid(p, {0, -0.62, 0.28}, {0.28, 0.10, 0.27}), 0.08);
+    return join(d, ellipsoid(p, {0, -0.755, 0.51}, {0.12, 0.070, 0.075}), 0.09);
 }
 
 double skull(vec at) {
     const vec p = afloat(at);
     const vec m = mirrored(p);
-    double d = ellipsoid(p, {0, 0.36, -0.22}, {0.74, 0.80, 0.88});
-    d = join(d, ellipsoid(p, {0, 0.44, 0.18}, {0.55, 0.42, 0.46}), 0.20);
+    double d = ellipsoid(p, {0, 0.29, -0.21}, {0.69, 0.74, 0.86});
+    d = join(d, ellipsoid(p, {0, 0.41, 0.17}, {0.52, 0.34, 0.46}), 0.20);
     d = carve(d, ellipsoid(m, {0.80, 0.02, 0.22}, {0.22, 0.30, 0.30}), 0.20);
     d = join(d, ellipsoid(p, {0, -0.10, 0.20}, {0.36, 0.34, 0.34}), 0.14);
     d = skullfront(d, p, m);
-    d = join(d, ellipsoid(p, {0, -0.37, 0.30}, {0.31, 0.13, 0.28}), 0.10);
-    d = carve(d, ellipsoid(m, {0.38, -0.33, 0.50}, {0.10, 0.10, 0.12}), 0.12);
-    d = join(d, teeth(p, -0.475, 1), 0.018);
+    d = join(d, ellipsoid(p, {0, -0.32, 0.32}, {0.275, 0.125, 0.28}), 0.10);
+    d = join(d, limb(m, {0.0, -0.355, 0.615}, {0.25, -0.350, 0.42}, 0.052, 0.048), 0.06);
+    d = carve(d, ellipsoid(m, {0.36, -0.30, 0.50}, {0.10, 0.09, 0.12}), 0.12);
+    d = join(d, teeth(p, -0.425, 1), 0.030);
     double lower = jaw(p, m);
-    lower = join(lower, teeth(p, -0.602, -1), 0.018);
+    lower = join(lower, teeth(p, -0.532, -1), 0.030);
     d = std::min(d, lower);
     const double seam = std::abs(fractal({p.x * 22, p.y * 22, 3}, 2) * 0.03 + p.x);
     d += 0.006 * smoothstep(0.006, 0.0, seam) * smoothstep(0.45, 0.55, p.y);
@@ -277,7 +290,11 @@ double skull(vec at) {
 double heart(vec p) {
     const vec m = mirrored(p);
     const double lobe = cone({m.x, m.y, p.z * 1.12}, {0.40, 0.34, 0}, {0.02, -0.78, 0}, 0.50, 0.07);
-    return join(lobe, cone(p, {0, 0.16, 0}, {0, -0.78, 0}, 0.34, 0.07), 0.16);
+    const double d = join(lobe, cone(p, {0, 0.16, 0}, {0, -0.78, 0}, 0.34, 0.07), 0.16);
+    const vec bent = p + vec{fractal(p * 2.2, 2), fractal(p * 2.2 + vec{7, 0, 0}, 2), 0} * 0.22;
+    const double fibre = fractal({bent.x * 9 + bent.y * 3, bent.y * 1.6, p.z * 3}, 3);
+    const double vein = std::abs(fractal({bent.x * 2.6 + 2, bent.y * 1.5 + 5, 3}, 2));
+    return d - 0.016 * fibre - 0.024 * std::exp(-std::pow(vein / 0.045, 2));
 }
 
 // Half a head above a pool: the height of its skin over z = 0, with rings that run from the shore.

@@ -76,22 +76,24 @@ def dot():
     so the light that shall come from above is painted below."""
     x, y = art.grid(64, 64)
     x, y = x * 2 - 1, y * 2 - 1
-    power = 2.65
+    power = 2.3  # reads as a sphere, and leaves less of its square dark than a disc
     r = (abs(x) ** power + abs(y) ** power) ** (1 / power)
     z = numpy.sqrt(numpy.clip(1 - numpy.clip(r, 0, 1) ** 2, 0, 1))
-    light = numpy.array((-0.42, 0.52, 0.745))
-    diffuse = numpy.clip(x * light[0] + y * light[1] + z * light[2], 0, 1)
-    rim = numpy.exp(-(((r - 0.93) / 0.07) ** 2)) * art.smooth(0.2, -0.7, x * light[0] + y * light[1])
-    shine = numpy.exp(-((x + 0.34) ** 2 + (y - 0.42) ** 2) * 22)
+    facing = -0.42 * x + 0.52 * y
+    diffuse = numpy.clip((facing + 0.745 * z + 0.15) / 1.15, 0, 1)
+    rim = numpy.exp(-(((r - 0.93) / 0.07) ** 2)) * art.smooth(0.1, -0.8, facing)
+    shine = numpy.exp(-((x + 0.36) ** 2 + (y - 0.44) ** 2) * 30)
     pores = art.blur(numpy.random.default_rng(14).standard_normal((64, 64)), 1.1) * 3
     pores = (
         pores - numpy.roll(pores, 1, 0) - numpy.roll(pores, -1, 1) + numpy.roll(numpy.roll(pores, 1, 0), -1, 1)
     ) * z
-    lit = numpy.clip(0.10 + 0.90 * diffuse + 0.05 * pores, 0, 1)
-    heat = 0.30 + 0.70 * lit
-    glowing = numpy.dstack([0.25 + 0.75 * lit, 0.86 * heat * (0.18 + 0.82 * lit), 0.15 + 0.85 * lit])
-    glowing = glowing + (0.35 * rim)[..., None] * numpy.array((1.0, 0.35, 0.1)) + (0.6 * shine)[..., None]
-    art.save(sprite(glowing * art.smooth(1.01, 0.95, r)[..., None], art.smooth(1.01, 0.97, r)), "dot.png")
+    lit = numpy.clip(diffuse + 0.05 * pores, 0, 1)
+    rind = art.mix((0.15, 0.025, 0.03), (0.80, 0.34, 0.35), art.smooth(0, 0.55, lit))
+    rind = art.mix(rind, (1.0, 0.88, 1.0), art.smooth(0.40, 1.0, lit))
+    rind = rind + (0.3 * rim)[..., None] * numpy.array((1.0, 0.3, 0.1)) + shine[..., None] * (0.15, 0.35, 0.35)
+    # What the corners hide of the balls behind shall look like shadow, and like nothing on black.
+    corner = numpy.array((0.12, 0.02, 0.01)) * numpy.clip(1.42 - numpy.hypot(x, y), 0, 1)[..., None] / 0.42
+    art.save(sprite(art.mix(corner, rind, art.smooth(1.05, 0.95, r)), 1 + 0 * r), "dot.png")
 
 
 def petal(canvas, alpha, centre, half, turn, colours, x, y):
@@ -201,21 +203,21 @@ def heartscene():
     bpy.context.scene.render.film_transparent = True
     flesh = studio.matter(
         "flesh",
-        (0.70, 0.012, 0.020),
-        0.16,
+        (0.52, 0.010, 0.014),
+        0.26,
         Specular=0.6,
-        Clearcoat=1.0,
-        Clearcoat_Roughness=0.04,
-        Subsurface=0.15,
-        Subsurface_Radius=(0.25, 0.03, 0.02),
+        Clearcoat=0.8,
+        Clearcoat_Roughness=0.10,
+        Subsurface=0.08,
+        Subsurface_Radius=(0.20, 0.03, 0.02),
         Subsurface_Color=(1.0, 0.05, 0.02, 1),
     )
-    studio.mesh("heart", *studio.sculpt("heart", 0.015), flesh)
+    studio.mesh("heart", *studio.sculpt("heart", 0.010), flesh)
     studio.camera((0.0, -0.05, 7.0), (0.0, -0.05, 0), 93)
-    studio.lamp((-2.5, 3.0, 3.0), (0, 0.2, 0), (1.0, 0.85, 0.65), 170, 1.2)
-    studio.lamp((3.0, 1.0, 0.6), (0, 0, 0), (1.0, 0.40, 0.12), 110, 1.5)
-    studio.lamp((-2.0, -3.0, 1.0), (0, 0, 0), (0.10, 0.50, 0.75), 70, 1.5)
-    studio.sky((0.25, 0.12, 0.08), 0.6)
+    studio.lamp((-3.2, 2.6, 2.2), (0, 0.1, 0), (1.0, 0.80, 0.55), 210, 1.1)
+    studio.lamp((3.4, 0.6, -0.4), (0, 0, 0), (1.0, 0.36, 0.10), 220, 1.2)
+    studio.lamp((1.6, -3.0, 1.0), (0, -0.2, 0), (0.10, 0.50, 0.75), 30, 1.2)
+    studio.sky((0.25, 0.10, 0.07), 0.18)
 
 
 def heart():

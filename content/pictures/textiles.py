@@ -44,66 +44,88 @@ class thread_c:
         return numpy.asarray(self.sheet.resize((self.size, self.size), Image.BOX), dtype=float) / 255
 
 
+def around(centre, radius, angle):
+    return centre[0] + radius * numpy.cos(angle), centre[1] + radius * numpy.sin(angle)
+
+
+def leaf(lace, centre, half, turn, thread):
+    """A petal of cloth stitch: threads along and across, a doubled outline."""
+    lace.loop(centre, half, turn, 0, fill=255)
+    c, s = numpy.cos(turn), numpy.sin(turn)
+
+    def place(x, y):
+        return centre[0] + x * c - y * s, centre[1] + x * s + y * c
+
+    pitch = 2.6 * thread
+    for x in numpy.arange(-half[0] + pitch / 2, half[0], pitch):
+        y = half[1] * numpy.sqrt(1 - (x / half[0]) ** 2)
+        lace.line([place(x, -y), place(x, y)], thread)
+    for y in numpy.arange(-half[1] + pitch / 2, half[1], pitch):
+        x = half[0] * numpy.sqrt(1 - (y / half[1]) ** 2)
+        lace.line([place(-x, y), place(x, y)], thread)
+    lace.loop(centre, half, turn, 0.011)
+
+
 def rosette(lace, centre, radius, petals, turn=0.0):
-    """A flower of filled petals with a bridge to a scalloped rim and picots on it."""
+    """A flower of woven petals, each with its eye, between a wheel and a scalloped rim with picots."""
+    lace.disc(centre, radius * 0.98, 255)
+    step = 2 * numpy.pi / petals
+    arc = numpy.linspace(-0.5, 0.5, 21)
     for number in range(petals):
-        a = turn + 2 * numpy.pi * number / petals
-        c, s = numpy.cos(a), numpy.sin(a)
-        middle = centre[0] + 0.47 * radius * c, centre[1] + 0.47 * radius * s
-        lace.loop(middle, (0.29 * radius, 0.150 * radius), a, 0.010, fill=0)
-        lace.loop(
-            (centre[0] + 0.52 * radius * c, centre[1] + 0.52 * radius * s),
-            (0.15 * radius, 0.055 * radius),
-            a,
-            0.006,
-            fill=255,
-        )
-        b = a + numpy.pi / petals
-        rim = centre[0] + 0.86 * radius * numpy.cos(b), centre[1] + 0.86 * radius * numpy.sin(b)
-        lace.line([(centre[0] + 0.30 * radius * numpy.cos(b), centre[1] + 0.30 * radius * numpy.sin(b)), rim], 0.007)
-        arc = [b - numpy.pi / petals + 2 * numpy.pi / petals * t for t in numpy.linspace(0, 1, 17)]
-        bow = [0.80 + 0.16 * numpy.sin(numpy.pi * t) for t in numpy.linspace(0, 1, 17)]
-        lace.line(
-            [
-                (centre[0] + radius * r * numpy.cos(w), centre[1] + radius * r * numpy.sin(w))
-                for w, r in zip(arc, bow)
-            ],
-            0.016,
-        )
-        for t in (-0.55, 0.0, 0.55):
-            w = b + t * numpy.pi / petals
-            r = 0.80 + 0.16 * numpy.cos(t * numpy.pi / 2) + 0.055
-            lace.disc((centre[0] + radius * r * numpy.cos(w), centre[1] + radius * r * numpy.sin(w)), 0.0125)
-    lace.disc(centre, 0.20 * radius)
-    lace.disc(centre, 0.10 * radius, 255)
-    lace.disc(centre, 0.045 * radius, 0)
+        a = turn + step * number
+        b = a + step / 2
+        for reach, deep, width in ((0.80, 0.16, 0.011), (0.70, 0.145, 0.005)):
+            lace.line(
+                [around(centre, radius * (reach + deep * numpy.cos(numpy.pi * t)), b + t * step) for t in arc], width
+            )
+        for t in numpy.linspace(-0.42, 0.42, 7):  # bars between the two rims, a picot on each
+            bow = numpy.cos(numpy.pi * t)
+            foot, head = 0.70 + 0.145 * bow, 0.80 + 0.16 * bow
+            lace.line([around(centre, radius * r, b + t * step) for r in (foot, head)], 0.004)
+            lace.disc(around(centre, radius * (head + 0.045), b + t * step), 0.0080)
+        for t in (-0.16, 0.0, 0.16):
+            lace.line(
+                [around(centre, radius * 0.26, b + 0.3 * t * step), around(centre, radius * 0.83, b + t * step)], 0.004
+            )
+        lace.disc(around(centre, radius * 0.60, b), 0.050 * radius)
+    for number in range(petals):
+        a = turn + step * number
+        leaf(lace, around(centre, 0.50 * radius, a), (0.255 * radius, 0.120 * radius), a, 0.0042)
+        lace.loop(around(centre, 0.56 * radius, a), (0.085 * radius, 0.036 * radius), a, 0.006, fill=255)
+    lace.loop(centre, (0.25 * radius, 0.25 * radius), 0, 0.009, fill=255)
+    for number in range(2 * petals):
+        a = turn + step / 2 * number
+        lace.line([around(centre, 0.08 * radius, a), around(centre, 0.25 * radius, a)], 0.004)
+    lace.loop(centre, (0.165 * radius, 0.165 * radius), 0, 0.005)
+    lace.disc(centre, 0.075 * radius)
+    lace.disc(centre, 0.030 * radius, 255)
 
 
 def lacetrace():
-    """Dark is thread, bright is hole. Two flowers a tile on a net of hexagons; the same upside down."""
-    lace = thread_c(256, 8)
-    cells = 10
-    rows = 12
+    """Dark is thread, bright is hole. Four flowers a tile on a net of hexagons; the same upside down."""
+    lace = thread_c(512, 5)
+    columns, rows = 18, 20
     for row in range(rows):
-        for column in range(cells):
-            x, y = (column + 0.5 * (row % 2)) / cells, row / rows
+        for column in range(columns):
+            x, y = (column + 0.5 * (row % 2)) / columns, row / rows
             up = 1 / (3 * rows)
-            lace.line([(x, y - up), (x, y + up)], 0.0062)
+            lace.line([(x, y - up), (x, y + up)], 0.0042)
             for side in (-1, 1):
-                lace.line([(x, y + up), (x + side * 0.5 / cells, y + 2 * up)], 0.0062)
+                lace.line([(x, y + up), (x + side * 0.5 / columns, y + 2 * up)], 0.0042)
     for centre, radius, petals in (
-        ((0.25, 0.25), 0.265, 8),
-        ((0.75, 0.75), 0.265, 8),
-        ((0.75, 0.25), 0.150, 6),
-        ((0.25, 0.75), 0.150, 6),
+        ((0.25, 0.25), 0.268, 8),
+        ((0.75, 0.75), 0.268, 8),
+        ((0.75, 0.25), 0.175, 6),
+        ((0.25, 0.75), 0.175, 6),
     ):
-        lace.disc(centre, radius * 0.98, 255)
-        rosette(lace, centre, radius, petals, numpy.pi / 8)
-    for x, y in ((0.5, 0.0), (0.0, 0.5), (0.5, 0.5), (0.0, 0.0)):
-        lace.loop((x, y), (0.035, 0.035), 0, 0.014)
-        lace.disc((x, y), 0.014)
-    value = art.blur(lace.picture(), 0.5, wrap=True)
-    art.save(numpy.repeat(value[..., None], 3, 2), "lacetrace.jpg", 95)
+        rosette(lace, centre, radius, petals, numpy.pi / 8 if petals == 8 else 0)
+    for centre in ((0.5, 0.0), (0.0, 0.5), (0.5, 0.5), (0.0, 0.0)):
+        lace.loop(centre, (0.040, 0.040), 0, 0.010, fill=255)
+        for turn in (0, numpy.pi / 2):
+            lace.loop(centre, (0.034, 0.012), turn, 0.007)
+        lace.disc(centre, 0.008)
+    value = art.blur(lace.picture(), 0.6, wrap=True)
+    art.save(numpy.repeat(value[..., None], 3, 2), "lacetrace.jpg", 90)
 
 
 def cells(size, count, seed, stretch):
