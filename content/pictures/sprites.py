@@ -102,20 +102,21 @@ def petal(canvas, alpha, centre, half, turn, colours, x, y):
     along, across = (dx * c + dy * s) / half[0], (-dx * s + dy * c) / half[1]
     r = numpy.hypot(along, across)
     inside = art.smooth(1.06, 0.94, r)
-    shade = numpy.clip(0.25 + 0.75 * (along * 0.5 + 0.5), 0, 1) ** 1.4
-    lip = numpy.exp(-(((r - 0.88) / 0.10) ** 2)) * art.smooth(0.0, 0.6, along)
-    tint = art.mix(art.mix(colours[0], colours[1], shade), colours[2], 0.8 * lip)
+    shade = numpy.clip(0.15 + 0.95 * (along * 0.5 + 0.5), 0, 1) ** 1.1
+    lip = numpy.exp(-(((r - 0.84) / 0.13) ** 2)) * art.smooth(0.0, 0.6, along)
+    canvas = canvas * (1 - 0.60 * art.smooth(1.35, 1.0, r))[..., None]  # its shadow on those below
+    tint = art.mix(art.mix(colours[0], colours[1], shade), colours[2], 0.85 * lip)
     return art.mix(canvas, tint, inside), numpy.maximum(alpha, inside)
 
 
-CRIMSON = ((0.26, 0.0, 0.02), (0.86, 0.05, 0.09), (1.0, 0.60, 0.46))
-CREAM = ((0.72, 0.40, 0.30), (1.0, 0.90, 0.78), (1.0, 1.0, 0.94))
+CRIMSON = ((0.30, 0.0, 0.02), (1.0, 0.05, 0.09), (1.0, 0.62, 0.46))
+CREAM = ((0.66, 0.26, 0.17), (1.0, 0.88, 0.72), (1.0, 1.0, 0.92))
 
 
 def bloom(canvas, alpha, at, size, turn, petals, x, y, random):
     """A rose from outside inwards: rings of petals, each over the one before."""
     for ring, (reach, half, count) in enumerate(
-        ((0.62, 0.52, 6), (0.48, 0.46, 5), (0.34, 0.38, 5), (0.20, 0.30, 4), (0.09, 0.20, 3), (0.03, 0.11, 2))
+        ((0.56, 0.54, 5), (0.34, 0.44, 4), (0.15, 0.29, 3), (0.03, 0.14, 1))
     ):
         for number in range(count):
             a = turn + ring * 0.7 + 2 * numpy.pi * number / count + random.uniform(-0.15, 0.15)

@@ -84,9 +84,8 @@ def rosette(lace, centre, radius, petals, turn=0.0):
             lace.line([around(centre, radius * r, b + t * step) for r in (foot, head)], 0.004)
             lace.disc(around(centre, radius * (head + 0.045), b + t * step), 0.0080)
         for t in (-0.16, 0.0, 0.16):
-            lace.line(
-                [around(centre, radius * 0.26, b + 0.3 * t * step), around(centre, radius * 0.83, b + t * step)], 0.004
-            )
+            foot, head = around(centre, radius * 0.26, b + 0.3 * t * step), around(centre, radius * 0.83, b + t * step)
+            lace.line([foot, head], 0.004)
         lace.disc(around(centre, radius * 0.60, b), 0.050 * radius)
     for number in range(petals):
         a = turn + step * number
