@@ -4,11 +4,10 @@ import unittest
 
 import numpy
 
-import stage as stages
 from movies import BUILD, ROOT
 from stage import ShowTest, wait_until
 
-stages.PROGRAM = os.path.join(BUILD, "tarvisk-view")
+VIEWER = os.path.join(BUILD, "tarvisk-view")
 
 
 class View(ShowTest):
@@ -19,7 +18,8 @@ class View(ShowTest):
         scratch = stage.scratch()
         sources = os.path.join(scratch, "tarvisk", "src")
         shutil.copytree(os.path.join(ROOT, "tarvisk", "src"), sources)
-        show = self.show(stage, "gear", "--from", "165", "--knob", "gearAppear=1", cwd=scratch)
+        show = self.show(stage, "gear", "--from", "165", "--knob", "gearAppear=1",
+                         program=VIEWER, cwd=scratch)
         wait_until(lambda: self.corner(stage).max() > 60, "the gear")
         return stage, show, os.path.join(sources, "gear.cpp")
 
@@ -77,7 +77,7 @@ class View(ShowTest):
 
 class Words(ShowTest):
     def test_an_effect_that_does_not_exist(self):
-        show = self.show(None, "lacy")
+        show = self.show(None, "lacy", program=VIEWER)
         self.assertEqual(show.status(), 2)
         self.assertTrue(show.find("tarvisk-view: no such effect: lacy"))
 

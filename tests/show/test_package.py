@@ -5,10 +5,9 @@ import subprocess
 import tempfile
 import unittest
 
-import stage as stages
-from stage import ShowTest
+from stage import PROGRAM, ShowTest
 
-BUILD = os.path.dirname(stages.PROGRAM)
+BUILD = os.path.dirname(PROGRAM)
 
 
 def lines(*command, **options):
