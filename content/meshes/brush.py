@@ -29,9 +29,10 @@ def blur(picture, radius):
     return picture
 
 
-def shrink(picture):
+def shrink(picture, down=OVER):
+    """To the size of the layout across, and by `down` from top to bottom."""
     h, w, c = picture.shape
-    return picture.reshape(h // OVER, OVER, w // OVER, OVER, c).mean((1, 3))
+    return picture.reshape(h // down, down, w // OVER, OVER, c).mean((1, 3))
 
 
 def mix(a, b, t):

@@ -5,6 +5,7 @@ one quad a side, whatever its height. Alpha is what glows at night.
 """
 WIDTH, HEIGHT = 1024, 2048
 TEXELS_PER_UNIT = 2.0
+FINER = 2  # the picture has so many texels along u for each of the layout's: facades are seen from near
 CELL = 16  # texels of a facade's module, both ways: a window or two
 MODULE = CELL / TEXELS_PER_UNIT
 GUTTER = 4

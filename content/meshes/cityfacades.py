@@ -128,7 +128,7 @@ class Wall:
         lamps = 1 + 0.8 * street[..., None] * np.array((1.0, 0.8, 0.5))
         spill = 0.22 * np.maximum(halo - self.glow, 0)[..., None] * np.array((1.0, 0.85, 0.6))
         colour = self.colour * lamps + spill
-        picture = shrink(np.dstack([colour, alpha]))
+        picture = shrink(np.dstack([colour, alpha]), OVER // atlas.FINER)
         return picture.transpose(1, 0, 2)
 
 

@@ -14,11 +14,11 @@ def place(canvas, name, picture):
 
 
 def make(root):
-    canvas = np.zeros((atlas.HEIGHT, atlas.WIDTH, 4))
+    canvas = np.zeros((atlas.HEIGHT, atlas.WIDTH * atlas.FINER, 4))
     for name in atlas.FACADES:
         place(canvas, name, getattr(cityfacades, f"facade_{name}")())
     for name, _ in atlas.STRIPS_BELOW:
-        place(canvas, name, getattr(cityground, f"paint_{name}")())
+        place(canvas, name, np.repeat(getattr(cityground, f"paint_{name}")(), atlas.FINER, axis=1))
     picture = (np.clip(canvas, 0, 1) * 255 + 0.5).astype(np.uint8)
     Image.fromarray(picture).save(root / "gfx/city08_diffuse.png", optimize=True)
-    return f"{atlas.WIDTH} x {atlas.HEIGHT}"
+    return f"{canvas.shape[1]} x {canvas.shape[0]}"
