@@ -50,9 +50,9 @@ def pictures(movie):
     return numpy.frombuffer(decoded.stdout, numpy.uint8).reshape(-1, HEIGHT, WIDTH, 3)
 
 
-def sound(movie, *options):
+def sound(movie):
     """The sound of a file, both channels mixed: 44,100 samples a second."""
-    decoded = subprocess.run(["ffmpeg", "-v", "error", *options, "-i", movie, "-map", "0:a", "-ac",
+    decoded = subprocess.run(["ffmpeg", "-v", "error", "-i", movie, "-map", "0:a", "-ac",
                               "1", "-ar", "44100", "-f", "f32le", "-"],
                              check=True, capture_output=True)
     return numpy.frombuffer(decoded.stdout, numpy.float32)
