@@ -49,7 +49,7 @@ class View(ShowTest):
         picture = self.corner(stage)
         stage.key("key", "Right")
         wait_until(lambda: abs(self.beat(stage, show) - before - 1) < 0.01, "a beat more")
-        self.assertGreater(numpy.abs(self.corner(stage) - picture).mean(), 1, "the gear turned")
+        wait_until(lambda: numpy.abs(self.corner(stage) - picture).mean() > 1, "the gear to turn")
         stage.key("key", "Down")
         wait_until(lambda: abs(self.beat(stage, show) - before + 7) < 0.01, "eight beats less")
         stage.key("key", "space")
