@@ -1,278 +1,254 @@
 #include "movie.h"
 
+#include "aside.h"
 #include "demo.h"
-#include "main/capture.h"
-#include "main/clock.h"
+#include "interrupt.h"
 #include "main/startup.h"
-#include "main/video.h"
-#include "process.h"
 #include "progress.h"
-#include "sync.h"
+#include "quiet.h"
+#include "stretches.h"
 
 #include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
-#include <SDL.h>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
-// The song's last chord has rung out here; the show itself has no end.
-constexpr double defaultend_beats = 392.0;
-
-// Pictures are drawn again this long before the first that is written.
-constexpr float wakeup_seconds = 0.2f;
-
-volatile sig_atomic_t interrupted = 0;
-
-void interrupt(int) {
-    interrupted = 1;
-}
-
-struct chapter_s {
-    const char* name;
-    long long frame; // its first frame
-};
-
+// What has come in from the processes that draw.
 struct recording_s {
-    long long passes = 0; // of the timeline so far, sub-frames each
-    long long first = -1; // pass of the first recorded sub-frame
-    long long frames = 0; // written
-    std::vector<chapter_s> chapters;
+    std::vector<news_s> frames; // written or not yet
+    long long done = 0;
+    long long lost = -1;      // a frame whose stretch was not written
+    long long showframe = -1; // of the movie's first frame
 };
 
-std::string fraction(long long numerator, long long denominator) {
-    return std::to_string(numerator) + "/" + std::to_string(denominator);
-}
-
-std::string seconds(long long frames, const movie_s& movie) {
-    char text[32];
-    snprintf(text, sizeof text, "%.6f",
-             double(frames) * double(movie.rate_denominator) / double(movie.rate_numerator));
-    return text;
-}
-
-std::string partname(const movie_s& movie, const char* what) {
-    return movie.filename + what;
-}
-
-std::vector<std::string> encodecommand(const movie_s& movie, const std::string& target) {
-    return {"ffmpeg",
-            "-hide_banner",
-            "-nostdin",
-            "-loglevel",
-            "error",
-            "-y",
-            "-f",
-            "rawvideo",
-            "-pixel_format",
-            "rgb0",
-            "-video_size",
-            std::to_string(video_w) + "x" + std::to_string(video_h),
-            "-framerate",
-            fraction(movie.rate_numerator, movie.rate_denominator),
-            "-i",
-            "pipe:0",
-            "-an",
-            "-c:v",
-            "libx264",
-            "-preset",
-            "medium",
-            "-crf",
-            std::to_string(movie.quality),
-            "-pix_fmt",
-            "yuv420p",
-            "-colorspace",
-            "bt709",
-            "-color_primaries",
-            "bt709",
-            "-color_trc",
-            "bt709",
-            "-vf",
-            "scale=out_color_matrix=bt709",
-            "-f",
-            "matroska",
-            target};
-}
-
-// The sound starts where the first picture's clock stood, to the sample, and is as long as the
-// picture; behind the song's end there is silence.
-std::vector<std::string> muxcommand(const movie_s& movie, const recording_s& recording,
-                                    const std::string& video, const std::string& chapters,
-                                    const std::string& target) {
-    const long long startsample =
-        44100 * (recording.first / movie.blur) * movie.rate_denominator / movie.rate_numerator;
-    const std::string length = seconds(recording.frames, movie);
-    const std::string sound = "[1:a]atrim=start_sample=" + std::to_string(startsample) +
-                              ",asetpts=PTS-STARTPTS,apad,atrim=end=" + length + "[a]";
-    return {"ffmpeg",
-            "-hide_banner",
-            "-nostdin",
-            "-loglevel",
-            "error",
-            "-y",
-            "-i",
-            video,
-            "-i",
-            song_file,
-            "-i",
-            chapters,
-            "-filter_complex",
-            sound,
-            "-map",
-            "0:v",
-            "-map",
-            "[a]",
-            "-map_metadata",
-            "2",
-            "-map_chapters",
-            "2",
-            "-c:v",
-            "copy",
-            "-c:a",
-            "aac",
-            "-b:a",
-            "224k",
-            "-movflags",
-            "+faststart",
-            "-f",
-            "mp4",
-            target};
-}
-
-bool writechapters(const movie_s& movie, const recording_s& recording,
-                   const std::string& filename) {
-    FILE* file = fopen(filename.c_str(), "wt");
-    if (!file)
-        return false;
-    fprintf(file, ";FFMETADATA1\ntitle=tarvisk\nartist=VXQ\n");
-    for (size_t i = 0; i < recording.chapters.size(); ++i) {
-        const bool last = i + 1 == recording.chapters.size();
-        const long long end = last ? recording.frames : recording.chapters[i + 1].frame;
-        fprintf(file, "[CHAPTER]\nTIMEBASE=%lld/%lld\nSTART=%lld\nEND=%lld\ntitle=%s\n",
-                movie.rate_denominator, movie.rate_numerator, recording.chapters[i].frame, end,
-                recording.chapters[i].name);
+void note(recording_s* recording, const news_s& news) {
+    if (!news.written) {
+        recording->lost = recording->lost < 0 ? news.frame : std::min(recording->lost, news.frame);
+        return;
     }
-    return fclose(file) == 0;
+    const auto at = static_cast<size_t>(news.frame);
+    if (recording->frames.size() <= at)
+        recording->frames.resize(at + 1, {0, 0, -1, false});
+    recording->frames[at] = news;
+    recording->showframe = news.showframe - news.frame;
+    ++recording->done;
 }
 
-void notechapter(recording_s* recording) {
-    if (recording->chapters.empty() || recording->chapters.back().name != demo_scene)
-        recording->chapters.push_back({demo_scene, recording->frames});
+// Frames from the first on without a gap, in files that are whole.
+long long usableframes(const recording_s& recording, const format_s& format) {
+    const auto gap = std::find_if(recording.frames.begin(), recording.frames.end(),
+                                  [](const news_s& news) { return !news.written; });
+    const long long frames = gap - recording.frames.begin();
+    if (recording.lost < 0)
+        return frames;
+    const long long stretch = stretches_frames(format);
+    return std::min(frames, recording.lost / stretch * stretch);
 }
 
-// The first frame at or after a moment, counted from the start of the show.
-long long framenumber(const movie_s& movie, const moment_s& moment) {
-    return std::llround(std::ceil(moment_seconds(moment) * double(movie.rate_numerator) /
-                                  double(movie.rate_denominator)));
-}
-
-// Frames when both ends are numbers, 0 where an event decides.
-long long expectedframes(const movie_s& movie, const moment_s& to) {
-    if (movie.from.kind == moment_s::event || to.kind == moment_s::event)
-        return 0;
-    return framenumber(movie, to) - framenumber(movie, movie.from);
-}
-
-// Whether this frame is no longer part of the movie. An event that has not been heard of when the
-// song is over will not come.
-bool ended(const moment_s& to) {
-    if (interrupted || moment_reached(to))
-        return true;
-    return beatgrid >= static_cast<float>(defaultend_beats) && to.kind == moment_s::event &&
-           events.find(to.name) == events.end();
-}
-
-// A frame of the movie, once its last sub-frame is drawn; null before.
-SDL_Surface* collectframe(const movie_s& movie, long long pass) {
-    if (movie.blur == 1)
-        return get_screenshot();
-    return blurredframe(static_cast<int>(pass), movie.blur);
-}
-
-// Sends the frames between the movie's two ends. Returns false when the encoder stopped.
-bool playframes(const movie_s& movie, const moment_s& to, process_c* encoder,
-                recording_s* recording, progress_c* progress) {
-    bool encoding = true;
-    playback_run([&] {
-        const long long pass = recording->passes++;
-        const bool newframe = pass % movie.blur == 0;
-        if (newframe && ended(to))
-            return false;
-        if (recording->first < 0 && newframe && moment_reached(movie.from))
-            recording->first = pass;
-        if (recording->first < 0) {
-            playback_skim(!moment_reached(movie.from, wakeup_seconds));
-            return true;
-        }
-        if (newframe)
-            notechapter(recording);
-        if (SDL_Surface* frame = collectframe(movie, pass)) {
-            encoding = encoder->write(frame->pixels, static_cast<size_t>(frame->pitch) *
-                                                         static_cast<size_t>(frame->h));
-            SDL_FreeSurface(frame);
-            progress->update(++recording->frames);
-        }
-        return encoding;
-    });
-    return encoding;
-}
-
-bool encode(const movie_s& movie, const std::string& video, recording_s* recording, int report) {
-    process_c encoder;
-    if (!encoder.start(encodecommand(movie, video), true)) {
-        dprintf(report, "ffmpeg cannot be started: is it installed?\n");
-        return false;
+std::vector<chapter_s> chapters(const recording_s& recording, long long frames) {
+    std::vector<chapter_s> found;
+    int scene = -1;
+    for (long long i = 0; i < frames; ++i) {
+        const int now = recording.frames[static_cast<size_t>(i)].scene;
+        if (now != scene)
+            found.push_back({demo_scenes[static_cast<size_t>(now)].name, i});
+        scene = now;
     }
-    const moment_s to = movie.to.value_or(moment_s{moment_s::beats, defaultend_beats, "the end"});
-    progress_c progress(report, expectedframes(movie, to));
-    const bool taken = playframes(movie, to, &encoder, recording, &progress);
-    progress.finish(recording->frames);
-    if (encoder.finish() && taken)
-        return true;
-    dprintf(report, "ffmpeg failed:\n%s\n", encoder.lastlines().c_str());
-    return false;
+    return found;
 }
 
-bool mux(const movie_s& movie, const recording_s& recording, const std::string& video) {
-    const std::string chapters = partname(movie, ".part-chapters");
-    const std::string whole = partname(movie, ".part-movie");
-    const bool ok = writechapters(movie, recording, chapters) &&
-                    process_run(muxcommand(movie, recording, video, chapters, whole)) &&
-                    rename(whole.c_str(), movie.filename.c_str()) == 0;
-    unlink(chapters.c_str());
-    unlink(whole.c_str());
+// ---- the processes ----
+
+// Each of several draws on its share of the cores.
+void sharecores(int shares) {
+    const int cores = static_cast<int>(std::thread::hardware_concurrency());
+    if (shares > 1)
+        setenv("LP_NUM_THREADS", std::to_string(std::max(1, cores / shares)).c_str(), 0);
+}
+
+[[noreturn]] void play(const movie_s& movie, const playback_s& playback, share_s share,
+                       bool verbose) {
+    sharecores(share.shares);
+    share.report = verbose ? STDERR_FILENO : quiet_start();
+    const bool ok = stretches_record(movie, playback, share);
+    quiet_forget();
+    exit(ok ? 0 : 1);
+}
+
+std::vector<pid_t> startprocesses(const movie_s& movie, const playback_s& playback,
+                                  const std::string& folder, int news[2], bool verbose) {
+    std::vector<pid_t> processes;
+    for (int i = 0; i < movie.parallel; ++i) {
+        const pid_t pid = fork();
+        if (pid == 0) {
+            close(news[0]);
+            play(movie, playback, {i, movie.parallel, folder, news[1], -1}, verbose);
+        }
+        if (pid > 0)
+            processes.push_back(pid);
+    }
+    close(news[1]);
+    return processes;
+}
+
+void stopall(const std::vector<pid_t>& processes) {
+    for (pid_t pid : processes)
+        kill(pid, SIGTERM);
+}
+
+// Until the last of them has ended, or closed its end at least.
+void follow(const std::vector<pid_t>& processes, int news, recording_s* recording,
+            progress_c* progress) {
+    bool stopped = false;
+    for (news_s next; read(news, &next, sizeof next) == sizeof next;) {
+        note(recording, next);
+        progress->update(recording->done);
+        if (!stopped && (interrupt_signal() || !next.written)) {
+            stopall(processes);
+            stopped = true;
+        }
+    }
+    progress->finish(recording->done);
+}
+
+// Returns whether all went well.
+bool waitfor(const std::vector<pid_t>& processes) {
+    bool ok = true;
+    for (pid_t pid : processes) {
+        int status = 0;
+        waitpid(pid, &status, 0);
+        if (WIFSIGNALED(status))
+            fprintf(stderr, "the show broke off: %s\n", strsignal(WTERMSIG(status)));
+        ok = ok && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    }
     return ok;
 }
 
-void catchinterrupts() {
-    struct sigaction action {};
-    action.sa_handler = interrupt;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-    signal(SIGPIPE, SIG_IGN); // an encoder that stops is told by its pipe
+bool drawframes(const movie_s& movie, const playback_s& playback, const std::string& folder,
+                bool verbose, recording_s* recording) {
+    int news[2];
+    if (pipe2(news, O_CLOEXEC) != 0)
+        return false;
+    const std::vector<pid_t> processes = startprocesses(movie, playback, folder, news, verbose);
+    progress_c progress(STDERR_FILENO, movie_framenumber(movie.format, movie.to) -
+                                           movie_framenumber(movie.format, movie.from));
+    follow(processes, news[0], recording, &progress);
+    close(news[0]);
+    return waitfor(processes) && processes.size() == static_cast<size_t>(movie.parallel);
+}
+
+// ---- the file ----
+
+std::string readablesong() {
+    if (access(demo_song, R_OK) == 0)
+        return demo_song;
+    fprintf(stderr, "%s cannot be read: the movie is silent\n", demo_song);
+    return "";
+}
+
+// An effect's clock starts late without having played.
+long long songsample(const movie_s& movie, const playback_s& playback, long long showframe) {
+    const long long start = std::llround(soundrate * moment_seconds(playback.start));
+    return start +
+           soundrate * showframe * movie.format.rate_denominator / movie.format.rate_numerator;
+}
+
+// Returns whether the file is there; `sounding` says whether with its song.
+bool assemble(assembly_s assembly, const std::string& target, bool* sounding) {
+    *sounding = encoder_assemble(assembly, target, STDERR_FILENO);
+    if (*sounding || assembly.song.empty())
+        return *sounding;
+    fprintf(stderr, "trying it without the song ...\n");
+    assembly.song.clear();
+    return encoder_assemble(assembly, target, STDERR_FILENO);
+}
+
+void report(const std::string& filename, const assembly_s& assembly) {
+    fprintf(stderr, "%s: %lld frames, %.3f s\n", filename.c_str(), assembly.frames,
+            double(assembly.frames) * double(assembly.format.rate_denominator) /
+                double(assembly.format.rate_numerator));
+}
+
+// The stretches stay, if there is anything in them.
+void leavestretches(const std::string& folder) {
+    for (const auto& file : std::filesystem::directory_iterator(folder))
+        if (file.file_size() > 0) {
+            fprintf(stderr,
+                    "%s holds what was recorded, ten seconds a file, until the next recording\n",
+                    folder.c_str());
+            return;
+        }
+    std::filesystem::remove_all(folder);
+}
+
+// Makes the movie of what there is; only a whole one takes its place. Returns whether it is whole.
+bool keep(const movie_s& movie, const assembly_s& assembly, bool whole) {
+    const std::string part = aside_name(movie.filename);
+    bool sounding = false;
+    if (!assemble(assembly, part, &sounding)) {
+        std::filesystem::remove(part);
+        leavestretches(assembly.folder);
+        return false;
+    }
+    std::filesystem::remove_all(assembly.folder);
+    whole = whole && sounding && aside_replace(movie.filename);
+    report(whole ? movie.filename : part, assembly);
+    return whole;
+}
+
+assembly_s assembly(const movie_s& movie, const playback_s& playback, const recording_s& recording,
+                    const std::string& folder, const std::string& song) {
+    assembly_s all;
+    all.format = movie.format;
+    all.stretchframes = stretches_frames(movie.format);
+    all.frames = usableframes(recording, movie.format);
+    for (long long frame = 0; frame < all.frames; frame += all.stretchframes)
+        all.stretches.push_back(stretches_file(folder, movie.format, frame));
+    all.chapters = chapters(recording, all.frames);
+    all.song = song;
+    all.songsample = songsample(movie, playback, recording.showframe);
+    all.folder = folder;
+    return all;
 }
 
 } // namespace
 
-int movie_record(const movie_s& movie, playback_s playback, int report) {
-    playback.step_numerator = movie.rate_denominator;
-    playback.step_denominator = movie.rate_numerator * movie.blur;
-    playback_load(playback);
-    catchinterrupts(); // SDL has installed handlers of its own
-    recording_s recording;
-    const std::string video = partname(movie, ".part-video");
-    bool ok = encode(movie, video, &recording, report);
-    if (ok && recording.frames == 0) {
-        dprintf(report, "there is no frame between the two ends (--events lists the events)\n");
-        ok = false;
+long long movie_framenumber(const format_s& format, const moment_s& moment) {
+    return std::llround(std::ceil(moment_seconds(moment) * double(format.rate_numerator) /
+                                  double(format.rate_denominator)));
+}
+
+int movie_record(const movie_s& movie, const playback_s& playback, bool verbose) {
+    const std::string folder = movie.filename + ".part";
+    const std::string song = readablesong();
+    std::error_code error;
+    std::filesystem::remove_all(folder, error);
+    if (!std::filesystem::create_directory(folder, error)) {
+        fprintf(stderr, "cannot write into %s\n", folder.c_str());
+        return 1;
     }
-    ok = ok && mux(movie, recording, video);
-    unlink(video.c_str());
-    if (ok)
-        dprintf(report, "%s: %lld frames, %s s\n", movie.filename.c_str(), recording.frames,
-                seconds(recording.frames, movie).c_str());
-    return ok ? 0 : 1;
+    interrupt_catch();
+    recording_s recording;
+    const bool drawn = drawframes(movie, playback, folder, verbose, &recording);
+    const assembly_s all = assembly(movie, playback, recording, folder, song);
+    if (interrupt_signal())
+        fprintf(stderr, "interrupted\n");
+    bool whole = false;
+    if (all.frames > 0)
+        whole = keep(movie, all, drawn && !interrupt_signal());
+    else
+        leavestretches(folder);
+    if (interrupt_signal())
+        return interrupt_status();
+    return whole ? 0 : 1;
 }

@@ -1,10 +1,9 @@
 #include "playback.h"
 
 #include "demo.h"
-#include "main/startup.h"
+#include "main/show.h"
 #include "offscreen.h"
 
-#include <GLES2/gl2.h>
 #include <vector>
 
 namespace {
@@ -52,17 +51,9 @@ void playback_load(const playback_s& playback) {
 }
 
 void playback_skim(bool on) {
-    static GLint viewport[4];
     static bool skimming = false;
-    if (on == skimming)
-        return;
-    skimming = on;
-    if (on) {
-        glGetIntegerv(GL_VIEWPORT, viewport);
-        glViewport(0, 0, 1, 1);
-    } else {
-        glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
-    }
+    if (on != skimming && offscreen_setseen(!on))
+        skimming = on;
 }
 
 void playback_run(const onframe_t& onframe) {

@@ -5,6 +5,7 @@
 // Order of use: playback_load once, then playback_run once.
 #pragma once
 
+#include "framesize.h"
 #include "moment.h"
 #include "rehearsal.h"
 
@@ -12,8 +13,8 @@
 #include <string>
 
 struct playback_s {
-    int width = 854; // pixels
-    int height = 480;
+    int width = frame_w; // pixels
+    int height = frame_h;
     long long step_numerator = 1; // seconds a frame, as a fraction
     long long step_denominator = 50;
     std::string desktop = "gfx/harmattan-home.png"; // stands for the captured desktop
@@ -29,9 +30,13 @@ void playback_load(const playback_s& playback);
 // that it was drawn for. Returns whether to go on.
 using onframe_t = std::function<bool()>;
 
-// While on, the window's picture is not drawn, all else goes on as in full play: for getting to a
-// moment fast. Call from onframe; it holds from the next frame on.
+// While on, the window's picture is not drawn, all else goes on as in full play, render targets
+// too: for getting to a moment fast. Call from onframe; it holds from the next frame on. What the
+// window held is lost.
 void playback_skim(bool on);
+
+// Pictures are drawn again this long before one that is wanted: it may build on those before it.
+constexpr float wakeup_seconds = 0.2f;
 
 // Plays the show, or the one effect that playback_load was told, until onframe returns false. An
 // effect alone draws on a cleared target with the depth test on, its knobs set anew for every

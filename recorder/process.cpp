@@ -14,7 +14,7 @@ constexpr off_t lastlinesbytes = 1500;
 
 int temporaryfile() {
     FILE* file = tmpfile();
-    const int fd = file ? dup(fileno(file)) : -1;
+    const int fd = file ? fcntl(fileno(file), F_DUPFD_CLOEXEC, 3) : -1;
     if (file)
         fclose(file);
     return fd;
@@ -73,10 +73,14 @@ bool process_c::write(const void* bytes, size_t size) {
     return true;
 }
 
-bool process_c::finish() {
+void process_c::closeinput() {
     if (input >= 0)
         close(input);
     input = -1;
+}
+
+bool process_c::finish() {
+    closeinput();
     if (pid < 0)
         return false;
     int status = 0;
@@ -94,14 +98,14 @@ std::string process_c::lastlines() const {
     return text;
 }
 
-bool process_run(const std::vector<std::string>& command) {
+bool process_run(const std::vector<std::string>& command, int report) {
     process_c process;
     if (!process.start(command, false)) {
-        fprintf(stderr, "%s cannot be started: is it installed?\n", command[0].c_str());
+        dprintf(report, "%s cannot be started: is it installed?\n", command[0].c_str());
         return false;
     }
     if (process.finish())
         return true;
-    fprintf(stderr, "%s failed:\n%s\n", command[0].c_str(), process.lastlines().c_str());
+    dprintf(report, "%s failed:\n%s\n", command[0].c_str(), process.lastlines().c_str());
     return false;
 }

@@ -18,6 +18,9 @@ public:
     // Writes all bytes to its standard input. Returns false when it has stopped reading.
     bool write(const void* bytes, size_t size);
 
+    // Closes its standard input: it has got everything.
+    void closeinput();
+
     // Closes its standard input, waits for its end and returns whether it ended well.
     bool finish();
 
@@ -30,6 +33,6 @@ private:
     int errors = -1;
 };
 
-// Runs a program to its end. On failure returns false and prints its name and its last lines on
-// standard error.
-bool process_run(const std::vector<std::string>& command);
+// Runs a program to its end. On failure returns false and writes its name and its last lines to the
+// descriptor `report`.
+bool process_run(const std::vector<std::string>& command, int report);

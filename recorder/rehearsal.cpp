@@ -1,14 +1,17 @@
 #include "rehearsal.h"
 
-#include "demo.h"
+#include "3dphone.h"
 #include "effects.h"
-#include "main/clock.h"
-#include "main/startup.h"
+#include "main/loop.h"
+#include "stage.h"
+#include "util.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <GLES2/gl2.h>
 #include <iterator>
+#include <type_traits>
+#include <variant>
 
 namespace {
 
@@ -26,12 +29,44 @@ const knob_s* findknob(const std::string& name) {
 
 void turnknobs(const std::map<std::string, float>& values) {
     for (auto& [name, value] : values) {
-        const knob_s* knob = findknob(name);
-        if (knob->real)
-            *knob->real = value;
-        else
-            *knob->whole = static_cast<int>(value);
+        const auto turn = [value = value](auto* knob) {
+            *knob = static_cast<std::decay_t<decltype(*knob)>>(value);
+        };
+        std::visit(turn, findknob(name)->value);
     }
+}
+
+void drawinto(fbo_c* target, demoeffect_c* effect) {
+    target->bind();
+    effect->draw();
+    target->unbind();
+}
+
+// A picture on every texture knob.
+void hangpictures() {
+    static texture_c phonepicture, picture;
+    phonepicture.load("gfx/woods.jpg", TEX_RGB);
+    picture.load("gfx/whiteback.jpg", TEX_RGB | TEX_REPEAT);
+    phonescreentex = phonepicture.textureid;
+    texturetesttex = picture.textureid;
+    drawinto(scrollertex_fbo, scrollertexgen);
+    scrollertex = scrollertex_fbo->colortex;
+    drawinto(orangetex_fbo, orangetexgen);
+    orangetex = orangetex_fbo->colortex;
+}
+
+// Phone, ribbon and city before the camera.
+void placecamera() {
+    tunnelflyer.pos = {370.0f, -100.0f, -200.0f};
+    phone_projection = util::perspective(70.0f, 1.0f, 30000.0f);
+    phone_rotation_mv = util::rotate(glm::mat4(1.0f), -190.0f, {0.0f, 1.0f, 0.0f});
+    phone_rotation_mv = util::rotate(phone_rotation_mv, -20.0f, {1.0f, 0.0f, 0.0f});
+    phone_rotation_mv = util::rotate(phone_rotation_mv, 90.0f, {0.0f, 0.0f, 1.0f});
+}
+
+void usedepth() {
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LESS);
 }
 
 } // namespace
@@ -62,7 +97,9 @@ void rehearsal_reload(const rehearsal_s& rehearsal) {
 
 void rehearse(const rehearsal_s& rehearsal, const std::function<void()>& beforeframe) {
     demoeffect_c* effect = findeffect(rehearsal.effect)->effect;
-    demo_rehearse();
+    placecamera();
+    hangpictures();
+    usedepth();
     for (;;) {
         if (beforeframe)
             beforeframe();

@@ -1,10 +1,11 @@
 #include "sheet.h"
 
+#include "aside.h"
 #include "demo.h"
-#include "main/capture.h"
+#include "interrupt.h"
 #include "main/clock.h"
-#include "pngfile.h"
 #include "process.h"
+#include "stills.h"
 #include "sync.h"
 
 #include <algorithm>
@@ -21,9 +22,6 @@ constexpr float settle_beats = 0.9f;
 constexpr float nearest_beats = 2.0f;
 constexpr float farthest_beats = 12.0f;
 
-// Pictures are drawn again this long before one that is wanted.
-constexpr float wakeup_seconds = 0.2f;
-
 constexpr const char* columns = "6x";
 constexpr const char* cell = "284x160+5+5";
 
@@ -31,13 +29,6 @@ struct picture_s {
     std::string file;
     std::string label;
 };
-
-bool savecurrent(const std::string& file) {
-    SDL_Surface* shot = get_screenshot();
-    const bool ok = png_write(file, shot);
-    SDL_FreeSurface(shot);
-    return ok;
-}
 
 std::string beatlabel(const std::string& cause) {
     char text[160];
@@ -51,14 +42,14 @@ std::string temporaryfolder() {
     return mkdtemp(name.data()) ? name : "";
 }
 
-bool montage(const std::string& filename, const std::vector<picture_s>& pictures) {
+bool montage(const std::string& filename, const std::vector<picture_s>& pictures, int report) {
     std::vector<std::string> command = {"montage",     "-font",      "DejaVu-Sans",
                                         "-background", "#101216",    "-fill",
                                         "#d8dde4",     "-pointsize", "13"};
     for (const picture_s& picture : pictures)
         command.insert(command.end(), {"-label", picture.label, picture.file});
     command.insert(command.end(), {"-tile", columns, "-geometry", cell, filename});
-    return process_run(command);
+    return process_run(command, report);
 }
 
 // Which frames go on the sheet, decided while the show plays.
@@ -70,6 +61,13 @@ public:
     // Whether this frame goes on the sheet, and why.
     bool choose(std::string* cause) { return given ? chooselisted(cause) : choosetelling(cause); }
 
+    // Whether there may be such a frame so soon that drawing has to begin.
+    bool near() const {
+        if (given)
+            return std::any_of(left.begin(), left.end(), still_near);
+        return pictureof(beatgrid_calc(timeval + wakeup_seconds));
+    }
+
     bool done() const { return given ? left.empty() : beatgrid >= sheetend_beats; }
 
 private:
@@ -78,22 +76,26 @@ private:
                                  [](const moment_s& m) { return moment_reached(m); });
         if (here == left.end())
             return false;
-        *cause = here->kind == moment_s::event ? here->name : "";
+        *cause = here->isevent ? here->name : "";
         left.erase(here);
         return true;
     }
 
     bool choosetelling(std::string* cause) {
         notehappened();
-        const bool due = !pending.empty() && beatgrid >= pendingbeat + settle_beats;
-        if (!due && beatgrid < lastbeat + farthest_beats)
-            return false;
-        if (due && beatgrid < lastbeat + nearest_beats && pending != scenechange)
+        if (!pictureof(beatgrid))
             return false;
         *cause = pending;
         pending.clear();
         lastbeat = beatgrid;
         return true;
+    }
+
+    // Whether what has happened up to now asks for a picture at that beat.
+    bool pictureof(float beat) const {
+        if (pending.empty() || beat < pendingbeat + settle_beats)
+            return beat >= lastbeat + farthest_beats;
+        return pending == scenechange || beat >= lastbeat + nearest_beats;
     }
 
     void notehappened() {
@@ -124,60 +126,30 @@ private:
 
 } // namespace
 
-int stills_write(const std::string& folder, const std::vector<moment_s>& moments,
-                 const playback_s& playback, int report) {
-    playback_load(playback);
-    std::vector<moment_s> left = moments;
-    bool ok = true;
-    playback_run([&] {
-        auto here = std::stable_partition(left.begin(), left.end(),
-                                          [](const moment_s& m) { return !moment_reached(m); });
-        for (auto it = here; it != left.end(); ++it) {
-            const std::string file = folder + "/" + it->name + ".png";
-            ok = savecurrent(file) && ok;
-            dprintf(report, "%s\n", file.c_str());
-        }
-        left.erase(here, left.end());
-        playback_skim(std::none_of(left.begin(), left.end(), [](const moment_s& m) {
-            return moment_reached(m, wakeup_seconds);
-        }));
-        return !left.empty() && ok;
-    });
-    if (!ok)
-        dprintf(report, "cannot write into %s\n", folder.c_str());
-    return ok ? 0 : 1;
-}
-
 int sheet_write(const std::string& filename, const std::vector<moment_s>& moments,
                 const playback_s& playback, int report) {
     const std::string folder = temporaryfolder();
     playback_load(playback);
     chooser_c chooser(moments);
     std::vector<picture_s> pictures;
+    bool ok = true;
     playback_run([&] {
         std::string cause;
         if (chooser.choose(&cause)) {
             pictures.push_back(
                 {folder + "/" + std::to_string(pictures.size()) + ".png", beatlabel(cause)});
-            savecurrent(pictures.back().file);
+            ok = still_save(pictures.back().file);
             dprintf(report, "picture %zu, beat %.1f\n", pictures.size(), double(beatgrid));
         }
-        return !chooser.done();
+        playback_skim(!chooser.near());
+        return ok && !chooser.done() && !interrupt_signal();
     });
-    const bool ok = montage(filename, pictures);
+    if (!ok)
+        dprintf(report, "cannot write into %s\n", folder.c_str());
+    ok = ok && !interrupt_signal() && montage(aside_name(filename), pictures, report) &&
+         aside_replace(filename);
     std::filesystem::remove_all(folder);
     if (ok)
         dprintf(report, "%s: %zu pictures\n", filename.c_str(), pictures.size());
     return ok ? 0 : 1;
-}
-
-int events_list(const playback_s& playback, int report) {
-    playback_load(playback);
-    playback_run([] {
-        playback_skim(true);
-        return beatgrid < sheetend_beats;
-    });
-    for (auto& [name, e] : events)
-        dprintf(report, "%8.2f  %s\n", double(e->beatnum), name.c_str());
-    return 0;
 }

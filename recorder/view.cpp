@@ -1,6 +1,7 @@
 // tarvisk-view: one effect alone in a window, for who works on it.
-#include "main/clock.h"
-#include "main/startup.h"
+#include "framesize.h"
+#include "main/loop.h"
+#include "main/show.h"
 #include "rehearsal.h"
 #include "shaderedit.h"
 #include "x11.h"
@@ -14,7 +15,7 @@ namespace {
 constexpr const char* usage =
     R"(usage: tarvisk-view EFFECT [--from WHEN] [--knob NAME=N ...] [--size WxH]
 
-Shows one effect alone in a window, from a beat (130) or a time (82.5s) on.
+Shows one effect alone in a window, from a beat (130), a time (82.5s) or an event (stoptunnel) on.
 Start it where the show starts, beside gfx/. tarvisk-record --list names effects
 and knobs.
 
@@ -95,9 +96,10 @@ moment_s readarguments(int argc, char** argv) {
             printf("%s", usage);
             exit(0);
         } else if (strcmp(argv[i], "--from") == 0) {
-            start = moment_parse(value);
-            if (start.kind == moment_s::event)
-                refuse("neither a beat nor a time", value);
+            const std::optional<moment_s> when = moment_parse(value);
+            if (!when)
+                refuse("neither a beat nor a time nor an event nor a scene", value);
+            start = *when;
             ++i;
         } else if (strcmp(argv[i], "--knob") == 0) {
             if (!rehearsal_readknob(value, &rehearsal))
@@ -120,7 +122,7 @@ moment_s readarguments(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    x11_setwindow(854, 480);
+    x11_setwindow(frame_w, frame_h);
     const moment_s start = readarguments(argc, argv);
     shaderedit_start(rehearsal.effect);
     char nomusic[] = "--nomusic";

@@ -2,21 +2,16 @@
 
 #include <cstdio>
 #include <cstring>
-#include <GLES2/gl2.h>
 
-namespace {
-
-const char* glstring(GLenum name) {
+const char* glcaps_string(GLenum name) {
     const GLubyte* text = glGetString(name);
     return text ? reinterpret_cast<const char*>(text) : "";
 }
 
-} // namespace
-
 bool glcaps_index32(const char* effect) {
     // The core of ES 3, where the context is one.
-    const bool there = strstr(glstring(GL_EXTENSIONS), "GL_OES_element_index_uint") ||
-                       strstr(glstring(GL_VERSION), "OpenGL ES 3.");
+    const bool there = strstr(glcaps_string(GL_EXTENSIONS), "GL_OES_element_index_uint") ||
+                       strstr(glcaps_string(GL_VERSION), "OpenGL ES 3.");
     if (!there)
         fprintf(stderr, "%s cannot draw: GL takes no 32-bit element indices\n", effect);
     return there;
@@ -34,7 +29,9 @@ bool glcaps_pointsize(const char* effect, float pixels) {
     GLfloat range[2] = {0.0f, 0.0f};
     glGetFloatv(GL_ALIASED_POINT_SIZE_RANGE, range);
     if (range[1] < pixels)
-        fprintf(stderr, "%s cannot draw as it should: GL's points end at %g pixels, not %g\n",
+        fprintf(stderr,
+                "%s cannot draw as it should: GL's points end at %g pixels, not %g: larger "
+                "ones are drawn as small as that\n",
                 effect, double(range[1]), double(pixels));
     return range[1] >= pixels;
 }

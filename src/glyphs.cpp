@@ -53,8 +53,8 @@ float swell(int slot, float kick) {
 void use(const shader_c& shader, const texture_c& sheet) {
     const texture_c nothing{};
     shader.use();
-    glUniform1f(shader.uniform("time"), timeval);
-    glUniform1f(shader.uniform("contract"), util::contract(timeval));
+    shader.set("time", timeval);
+    shader.set("contract", util::contract(timeval));
     shader.texture("tex", 0, sheet);
     shader.texture("tex2", 1, nothing);
 }
@@ -82,7 +82,7 @@ char32_t line_c::at(int slot) const {
     return text[static_cast<size_t>(scrollerpos + slot)];
 }
 
-void line_c::put(int slot, float scale, float halfheight, float centre) {
+void line_c::put(int slot, float scale, float yscale, float centre) {
     const cell_s c = cell(index(at(slot)));
     for (int i = 0; i < 6; ++i) {
         // Two draws that nobody reads: the kicks count on their place in the random sequence.
@@ -90,7 +90,7 @@ void line_c::put(int slot, float scale, float halfheight, float centre) {
         util::rnd_n();
         const glm::vec2 corner = quad::unit[i] * 2.0f - 1.0f;
         const float x = static_cast<float>(slot) + (0.5f - scrollofs) + scale * corner.x * 0.5f;
-        pos[slot * 6 + i] = {x, scale * corner.y * halfheight + centre};
+        pos[slot * 6 + i] = {x, scale * corner.y * yscale + centre};
         uv[slot * 6 + i] = {corner.x < 0 ? c.u_lo : c.u_hi, corner.y < 0 ? c.v_hi : c.v_lo};
     }
 }

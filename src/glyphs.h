@@ -69,10 +69,10 @@ public:
     // The character in a slot.
     char32_t at(int slot) const;
 
-    // Fills a slot with the glyph of its character, `scale` widths wide; its bottom edge (corner y
-    // = -1) lies at centre - scale * halfheight and carries the glyph's top, so a positive
-    // halfheight turns the glyph upside down. Draws 12 random numbers.
-    void put(int slot, float scale, float halfheight, float centre);
+    // Fills a slot with the glyph of its character, `scale` widths wide: the glyph's top lies at
+    // centre - scale * yscale, its bottom at centre + scale * yscale, so it stands upright with a
+    // yscale below 0. Draws 12 random numbers.
+    void put(int slot, float scale, float yscale, float centre);
 
 private:
     std::u32string text;

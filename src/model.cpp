@@ -1,5 +1,7 @@
 #include "model.h"
 
+#include "shader.h"
+
 #include <algorithm>
 #include <climits>
 #include <cmath>
@@ -10,9 +12,10 @@
 namespace {
 
 // Fields of a face in the order of its record's indices.
-constexpr int facei_s::*faceorder[] = {&facei_s::v1, &facei_s::t1, &facei_s::n1,
-                                       &facei_s::v2, &facei_s::t2, &facei_s::n2,
-                                       &facei_s::v3, &facei_s::t3, &facei_s::n3};
+using faceindex_t = int facei_s::*;
+constexpr faceindex_t faceorder[] = {&facei_s::v1, &facei_s::t1, &facei_s::n1,
+                                     &facei_s::v2, &facei_s::t2, &facei_s::n2,
+                                     &facei_s::v3, &facei_s::t3, &facei_s::n3};
 
 // An empty piece reads as 0 and so becomes -1.
 int zerobased(const char* piece) {
@@ -75,6 +78,17 @@ void readrecord(model_c* model, facei_s* face, char* line) {
 }
 
 } // namespace
+
+void attachverts(const shader_c& shader, const realvert_s* verts) {
+    shader.array("pos", 3, GL_FLOAT, sizeof(realvert_s), &verts->pos);
+    shader.array("uv", 2, GL_FLOAT, sizeof(realvert_s), &verts->tc);
+    shader.array("nor", 3, GL_FLOAT, sizeof(realvert_s), &verts->nor);
+}
+
+void detachverts(const shader_c& shader) {
+    for (const char* name : {"pos", "uv", "nor"})
+        shader.array(name, 3, GL_FLOAT, 0, nullptr);
+}
 
 model_c::model_c(const char* filename)
     : verts(new glm::vec3[maxverts]()), texcoords(new glm::vec2[maxverts]()),

@@ -4,6 +4,8 @@
 
 #include <glm/glm.hpp>
 
+class shader_c;
+
 // Zero-based indices of one triangle's corners.
 struct facei_s {
     int v1, v2, v3; // positions
@@ -17,6 +19,10 @@ struct realvert_s {
     glm::vec2 tc;
     glm::vec3 nor;
 };
+
+// Attributes "pos", "uv" and "nor" from vertices in client memory; and off again.
+void attachverts(const shader_c& shader, const realvert_s* verts);
+void detachverts(const shader_c& shader);
 
 class model_c {
 public:

@@ -4,6 +4,7 @@
 
 #include <cassert>
 #include <cstdio>
+#include <glm/gtc/type_ptr.hpp>
 
 const char* (*shader_sourcehook)(GLenum type, const char* src) = nullptr;
 
@@ -45,6 +46,26 @@ void shader_c::init(const char* vp, const char* fp) {
 
 void shader_c::use() const {
     glUseProgram(programid);
+}
+
+void shader_c::set(const char* name, float value) const {
+    glUniform1f(uniform(name), value);
+}
+
+void shader_c::set(const char* name, const glm::vec2& value) const {
+    glUniform2f(uniform(name), value.x, value.y);
+}
+
+void shader_c::set(const char* name, const glm::vec3& value) const {
+    glUniform3f(uniform(name), value.x, value.y, value.z);
+}
+
+void shader_c::set(const char* name, const glm::mat3& value) const {
+    glUniformMatrix3fv(uniform(name), 1, GL_FALSE, glm::value_ptr(value));
+}
+
+void shader_c::set(const char* name, const glm::mat4& value) const {
+    glUniformMatrix4fv(uniform(name), 1, GL_FALSE, glm::value_ptr(value));
 }
 
 GLint shader_c::uniform(const char* name) const {

@@ -2,13 +2,20 @@
 // recovery, no clean-up: a broken shader stops the program at start-up, which is what a timed show
 // wants. GL thread only.
 //
-// Order of use: init once (from an effect's initgl); then per frame use, uniforms and textures,
+// Order of use: init once (from an effect's initgl); then per frame use, set and texture,
 // array for every attribute of the draw, the draw call, array with a null pointer to switch off.
 #pragma once
 
 #include <GLES2/gl2.h>
+#include <glm/glm.hpp>
 
 class texture_c;
+
+// How most fragment shaders begin.
+#define FRAGMENT_HEAD                                                                              \
+    "precision highp float;\n"                                                                     \
+    "const float PI = 3.14159265358979323846264;\n"                                                \
+    "varying vec2 v_uv;\n"
 
 // For tools that edit shaders while they run: when set, called with every source text before it is
 // compiled, and what it returns is compiled instead.
@@ -25,8 +32,16 @@ public:
     // Makes the program current.
     void use() const;
 
+    // Sets a uniform, looked up afresh; without effect when the program does not have it. The
+    // program must be current.
+    void set(const char* name, float value) const;
+    void set(const char* name, const glm::vec2& value) const;
+    void set(const char* name, const glm::vec3& value) const;
+    void set(const char* name, const glm::mat3& value) const;
+    void set(const char* name, const glm::mat4& value) const;
+
     // Location of a uniform, looked up afresh; -1 when the program does not have it (GL ignores
-    // writes to -1). The program must be current when the location is written.
+    // writes to -1).
     GLint uniform(const char* name) const;
 
     // Location of an attribute, looked up afresh; -1 when the program does not have it.

@@ -19,14 +19,14 @@ public:
     // At p with target pt, pull a and damping d, at rest.
     spring_c(T p, T pt, T a, T d) { init(p, pt, a, d); }
 
-    // The same with a starting velocity v.
-    spring_c(T p, T pt, T a, T d, T v) {
-        init(p, pt, a, d);
-        vel = v;
+    // The same in every component, with a starting velocity v.
+    spring_c(float p, float pt, float a, float d, float v) {
+        init(T(p), T(pt), T(a), T(d));
+        vel = T(v);
     }
 
-    // At rest on its own target p, with pull a and damping d.
-    spring_c(T p, T a, T d) { init(p, p, a, d); }
+    // In every component at rest on its own target p, with pull a and damping d.
+    spring_c(float p, float a, float d) { init(T(p), T(p), T(a), T(d)); }
 
     void init(T p, T pt, T a, T d) {
         pos = p;

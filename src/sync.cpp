@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
-std::map<std::string, event*> events;
+std::map<std::string, event*, std::less<>> events;
 
 namespace {
 
@@ -23,6 +23,8 @@ sync_c::sync_c(const char* name, float beatnum, int spawn) {
     myevent = found != events.end() ? found->second : registerevent(name, beatnum, spawn);
 }
 
+sync_c::sync_c(const cue_t& cue) : sync_c(cue.name, cue.beat, 0) {}
+
 bool sync_c::past() const {
     return beatgrid >= myevent->beatnum;
 }
@@ -33,6 +35,14 @@ bool sync_c::once() const {
     myevent->happened_queue = true;
     fprintf(stderr, "event '%s' happened! %.2f\n", myevent->name, double(beatgrid));
     return true;
+}
+
+bool fires(const cue_t& cue) {
+    return sync_c(cue).once();
+}
+
+bool past(const cue_t& cue) {
+    return sync_c(cue).past();
 }
 
 void sync_ack() {

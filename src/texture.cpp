@@ -88,8 +88,10 @@ void blitflipped(SDL_Surface* from, SDL_Surface* to) {
     }
 }
 
-// GL would read beyond the pixels of any other depth.
+// No surface where there was no memory for one; GL would read beyond the pixels of other depths.
 bool isuploadable(const SDL_Surface* surf) {
+    if (!surf)
+        return false;
     const int bits = surf->format->BitsPerPixel;
     if (bits == 24 || bits == 32)
         return true;
@@ -104,7 +106,7 @@ std::vector<char*> readlines(FILE* file) {
     char line[1000] = "";
     while (!feof(file) && lines.size() < maxsubtexes) {
         if (!fgets(line, sizeof line, file) && !feof(file))
-            break;
+            return lines; // what cannot be read is no line, and the one before it was
         line[strcspn(line, "\n")] = '\0';
         lines.push_back(strdup(line));
     }

@@ -1,5 +1,7 @@
 #include "util.h"
 
+#include "framesize.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cmath>
@@ -35,7 +37,8 @@ glm::vec3 vecRand3(float MinRadius, float MaxRadius) {
     for (;;) {
         const glm::vec3 v = rnd_n3() * MaxRadius;
         const float length = glm::length(v);
-        if (length >= MinRadius && length <= MaxRadius)
+        const bool toolong = !std::isfinite(length); // for single precision, however often drawn
+        if (toolong || (length >= MinRadius && length <= MaxRadius))
             return v;
     }
 }
@@ -45,7 +48,8 @@ glm::mat4 rotate(const glm::mat4& m, float degrees, const glm::vec3& axis) {
 }
 
 glm::mat4 perspective(float fovy_degrees, float near, float far) {
-    return glm::perspective(glm::radians(fovy_degrees), 854.0f / 480.0f, near, far);
+    return glm::perspective(glm::radians(fovy_degrees),
+                            static_cast<float>(frame_w) / static_cast<float>(frame_h), near, far);
 }
 
 bool onbeat(float beats) {

@@ -1,4 +1,4 @@
-"""What the city's painters share. They paint at OVER times the size, and `shrink` averages."""
+"""What the city's painters share. They paint at several times the size, and `shrink` averages."""
 import numpy as np
 
 OVER = 2
@@ -29,10 +29,9 @@ def blur(picture, radius):
     return picture
 
 
-def shrink(picture, down=OVER):
-    """To the size of the layout across, and by `down` from top to bottom."""
+def shrink(picture, by=OVER):
     h, w, c = picture.shape
-    return picture.reshape(h // down, down, w // OVER, OVER, c).mean((1, 3))
+    return picture.reshape(h // by, by, w // by, by, c).mean((1, 3))
 
 
 def mix(a, b, t):

@@ -1,5 +1,7 @@
 """The city: an 800 x 800 tile that repeats, four by four blocks, each wholly inside its own 200 x 200.
 
+It is built whole and then cut down to a film set (citycut): what no flight sees is not in the mesh.
+
 Every number that looks arbitrary is taste; the rules are in `allowed_height` (the camera's way stays free) and in
 `block_edges` (no triangle belongs to two blocks).
 """
@@ -9,17 +11,21 @@ import math
 import numpy as np
 
 import cityatlas as atlas
+import citycut
 import flight
-from citybuild import Builder, CEILING, inset, rectangle, Skin
+from citybuild import Builder, CEILING, inset, rectangle, Skin, unit
 from cityhouses import (deco_tower, needle, park, round_tower, shaft, slab, stepped, twin_towers, twisted_tower,
                         wedge, works, ziggurat)
-from cityroofs import any_roof, furnish_roof
+from cityroofs import any_roof, furnish_roof, lantern
 
 TILE, BLOCK, BLOCKS = 800.0, 200.0, 4
 KERB = atlas.STREET_WIDTH / 2
 EDGE = 2e-5  # a block ends this much short of the next: a corner on the border counts as the next block's
 CLEARANCE = 44.0
 SHAKEN_CLEARANCE = 90.0
+SHAKEN_REACH, SHAKEN_HEIGHT = 130.0, 304.0  # beside a shaken camera's way: below its own height
+RING_VIEW = (-72, -340, 68, -205, 160)  # nothing higher stands there: the ring over the avenue is to be seen whole
+NEAR = 80.0  # walls that the camera passes at less than that get the fine pictures
 
 
 @functools.lru_cache(maxsize=1)
@@ -37,6 +43,9 @@ def camera_way():
 def allowed_height(x0, z0, x1, z1):
     """How high one may build on this ground without coming near the camera."""
     height = CEILING
+    rx0, rz0, rx1, rz1, top = RING_VIEW
+    if x0 < rx1 and x1 > rx0 and z0 < rz1 and z1 > rz0:
+        height = top
     for sx in (-TILE, 0, TILE):
         for sz in (-TILE, 0, TILE):
             way = camera_way() + (sx, 0, sz, 0)
@@ -47,6 +56,26 @@ def allowed_height(x0, z0, x1, z1):
             if near.any():
                 height = min(height, (way[near, 1] - np.sqrt(way[near, 3] ** 2 - away[near] ** 2)).min())
     return height
+
+
+def shaken_past(lot):
+    """Whether a shaken camera may come this far."""
+    x0, z0, x1, z1 = inset(lot, -SHAKEN_REACH)
+    way = camera_way()[camera_way()[:, 3] == SHAKEN_CLEARANCE]
+    return ((way[:, 0] > x0) & (way[:, 0] < x1) & (way[:, 2] > z0) & (way[:, 2] < z1)).any()
+
+
+def passes_near(corners):
+    """Whether the camera comes close to the front of a wall, given counter-clockwise from the low left."""
+    corners = np.array(corners)
+    low, high = corners.min(0), corners.max(0)
+    normal = np.cross(corners[1] - corners[0], corners[3] - corners[0])
+    for shift in np.ndindex(3, 3):
+        eyes = camera_way()[:, :3] + ((shift[0] - 1) * TILE, 0, (shift[1] - 1) * TILE)
+        away = np.linalg.norm(np.maximum(0, np.maximum(low - eyes, eyes - high)), axis=1)
+        if ((away < NEAR) & ((eyes - corners[0]) @ normal > 0)).any():
+            return True
+    return False
 
 
 def block_edges(index):
@@ -68,7 +97,7 @@ def lay_streets(builder, x0, z0, x1, z1):
 
 
 def lay_lot(builder, x0, z0, x1, z1, strip="pavement"):
-    rows = atlas.STRIPS[strip][1]
+    rows = atlas.size(strip)[0]
     width = (x1 - x0) * atlas.TEXELS_PER_UNIT
     parts = math.ceil((z1 - z0) * atlas.TEXELS_PER_UNIT / rows - 0.5)
     for i in range(parts):
@@ -89,6 +118,9 @@ LANDMARKS = {
     (0, 1): (works, (90, 40, 182, 150), 0),
 }
 
+FLIGHT_LIGHT = unit((2, 2, 1)).round(3)  # where the light comes from in the first flight: a lamp leans to it
+RING_CENTRE, RING_RADII, RING_PARTS = (0.0, 222.0, -303.0), (58.0, 66.0, 3.0), 20
+
 DISTRICTS = {  # what stands around the landmark, by height
     "old": ("brick", "stone", "brick", "deco"),
     "offices": ("ribbon", "grid", "azure", "slate"),
@@ -108,7 +140,7 @@ def skyline(x, z):
     for px, pz, width, height in PEAKS:
         dx, dz = (x - px + 400) % TILE - 400, (z - pz + 400) % TILE - 400
         rise = max(rise, height * math.exp(-(dx * dx + dz * dz) / (2 * (width * 0.6) ** 2)))
-    return 48 + 0.9 * rise
+    return 46 + 0.7 * rise
 
 
 def split(rng, lot, smallest):
@@ -165,7 +197,7 @@ def tower_behind(builder, lot, part, styles):
     points, tower = rectangle(*lot), rectangle(*part)
     builder.prism(points, 0, points, low, skin)
     builder.roof(points, low, any_roof(rng), skin.jump)
-    height = rng.uniform(300, 420) // atlas.MODULE * atlas.MODULE
+    height = min(rng.uniform(300, 420), SHAKEN_HEIGHT if shaken_past(part) else CEILING) // atlas.MODULE * atlas.MODULE
     builder.prism(tower, low, tower, height, skin, round(low / atlas.MODULE))
     builder.roof(tower, height, rng.choice(("helipad", "plant")), skin.jump)
     furnish_roof(builder, part, height, False)
@@ -181,7 +213,7 @@ def build_lot(builder, lot, styles):
     height = skyline(x, z) * rng.uniform(0.62, 1.25)
     if near_the_way(lot) and rng.random() < 0.4:
         height = max(height, rng.uniform(270, 410))
-    height = min(height, allowed_height(*lot) - 34)
+    height = min(height, allowed_height(*lot) - 34, SHAKEN_HEIGHT if shaken_past(lot) else CEILING)
     height = max(24, round(height / atlas.MODULE) * atlas.MODULE)
     facade = rng.choice(styles)
     slim = min(lot[2] - lot[0], lot[3] - lot[1]) < 24
@@ -209,20 +241,54 @@ def build_block(builder, column, row):
         landmark(builder, hole, height)
         pieces = around(site, hole)
     for piece in pieces:
-        for lot in split(builder.rng, piece, 40):
+        for lot in split(builder.rng, piece, 50):
             build_lot(builder, lot, DISTRICTS[PLAN[row][column]])
 
 
-def build():
-    builder = Builder()
+def hang_ring(builder):
+    """The first flight's landmark: a ring of light over the avenue, held by a tower on either side. One flies through."""
+    x, y, z = RING_CENTRE
+    inner, outer, deep = RING_RADII
+    glow = [atlas.uv("light", *t) for t in ((10, 8), (14, 8), (14, 11), (10, 11))]
+    for i in range(RING_PARTS):
+        a, b = (math.pi * (2 * k / RING_PARTS - 0.5) for k in (i, i + 1))
+        left = math.cos((a + b) / 2) < 0
+        at = lambda angle, r, dz: (min(x + r * math.cos(angle), -EDGE) if left else max(x + r * math.cos(angle), 0.0),
+                                   y + r * math.sin(angle), z + dz)
+        inward = -unit((math.cos((a + b) / 2), math.sin((a + b) / 2), 0)).round(3)
+        builder.mesh.quad([at(a, inner, deep), at(a, outer, deep), at(b, outer, deep), at(b, inner, deep)], glow,
+                          FLIGHT_LIGHT)
+        builder.mesh.quad([at(a, inner, -deep), at(a, inner, deep), at(b, inner, deep), at(b, inner, -deep)], glow,
+                          inward)
+    for x0, x1 in ((x - outer - 22, x - outer + 1), (x + outer - 1, x + outer + 16)):
+        builder.plain(rectangle(x0, z - 2, x1, z + 2), y - 2, rectangle(x0, z - 2, x1, z + 2), y + 2)
+
+
+def raise_campanile(builder):
+    """The last flight's landmark: a bell tower in the park, passed closely, with a lit crown and a copper tip."""
+    lot, top = (-160, 102, -134, 130), 376
+    points, belfry = rectangle(*lot), inset(lot, 3)
+    builder.prism(points, 0, points, top, Skin(builder.rng, "stone"))
+    cornice = rectangle(*inset(lot, -2))
+    builder.plain(cornice, top, cornice, top + 4)
+    lantern(builder, belfry, top + 4, 18)
+    builder.spire(rectangle(*belfry), top + 22, (-147, 470, 116), column=128)
+
+
+def build(feet={}):
+    """The whole city's mesh, its walls standing from the heights `feet` on; and of each wall its faces."""
+    builder = Builder(passes_near, feet)
     for row in range(BLOCKS):
         for column in range(BLOCKS):
             build_block(builder, column, row)
-    return builder.mesh
+    hang_ring(builder)
+    raise_campanile(builder)
+    return builder.mesh, builder.walls
 
 
 def make_mesh(root):
-    return build().write(root / "city08.obj", "city tile, 800 x 800, block by block")
+    mesh, said = citycut.cut(build)
+    return mesh.write(root / "city08.obj", "city tile, 800 x 800, block by block, what hides most first") + "; " + said
 
 
 def make_texture(root):

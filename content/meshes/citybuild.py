@@ -48,34 +48,55 @@ class Skin:
 
 
 class Builder:
-    def __init__(self):
+    def __init__(self, passes_near, feet):
+        """passes_near: whether the camera comes close to the front of a wall, by its four corners.
+        feet: by the number of a wall's quad, the height from which on it is wanted.
+        """
         self.mesh = Mesh()
         self.rng = random.Random(8)
+        self.passes_near, self.feet = passes_near, feet
+        self.walls = []  # of each quad, its faces
+        self.signs = 0  # put up so far
 
-    def wall(self, a, b, c, d, skin, floor, floors, normals=None):
+    def wall(self, a, b, c, d, facade, jump, floor, floors, normals=None):
         """One quad a, b (low), c, d (high); whole windows across and up."""
+        near = facade in atlas.FINE_FACADES and self.passes_near((a, b, c, d))
+        most, scale = (atlas.FINE_COLUMNS, atlas.FINE) if near else (atlas.FACADE_COLUMNS, 1)
         width = math.hypot(b[0] - a[0], b[2] - a[2])
-        columns = min(atlas.FACADE_COLUMNS, max(1, round(width / atlas.MODULE)))
-        first = self.rng.randrange(0, atlas.FACADE_COLUMNS - columns + 1)
-        u0, u1 = floor * atlas.CELL, (floor + floors) * atlas.CELL
-        v0, v1 = first * atlas.CELL, (first + columns) * atlas.CELL
-        uvs = [atlas.uv(skin.facade, u, v, skin.jump) for u, v in ((u0, v0), (u0, v1), (u1, v1), (u1, v0))]
+        parts = max(1, math.ceil(width / atlas.MODULE / (most + 0.5)))
+        columns = min(most, max(1, round(width / atlas.MODULE / parts)))
+        floor = min(floor, atlas.FLOORS - floors)
+        u0, u1 = floor * atlas.CELL * scale, (floor + floors) * atlas.CELL * scale
         if normals is None:
-            normals = unit(np.cross(np.subtract(b, a), np.subtract(d, a))).round(3)
-        self.mesh.quad([a, b, c, d], uvs, normals)
+            normals = [unit(np.cross(np.subtract(b, a), np.subtract(d, a))).round(3)] * 4
+        mix = lambda p, q, t: tuple(p[i] + (q[i] - p[i]) * t for i in range(3))
+        for part in range(parts):
+            s, t = part / parts, (part + 1) / parts
+            first = self.rng.randrange(0, most - columns + 1)
+            v0, v1 = first * atlas.CELL * scale, (first + columns) * atlas.CELL * scale
+            # The foot is cut off between two floors.
+            up = min(max(0, int((self.feet.get(len(self.walls), 0) - a[1]) / (d[1] - a[1]) * floors)), floors - 1)
+            foot, u = up / floors, u0 + (u1 - u0) * up / floors
+            uvs = [atlas.uv(atlas.fine(facade) if near else facade, *place, jump)
+                   for place in ((u, v0), (u, v1), (u1, v1), (u1, v0))]
+            left, right = (mix(a, b, s), mix(d, c, s)), (mix(a, b, t), mix(d, c, t))
+            self.walls.append([len(self.mesh.faces), len(self.mesh.faces) + 1])
+            self.mesh.quad([mix(*left, foot), mix(*right, foot), right[1], left[1]], uvs, normals)
 
     def prism(self, low, y0, high, y1, skin, floor=0, normals=None):
         floors = max(1, round((y1 - y0) / atlas.MODULE))
+        walls = []
         for i in range(len(low)):
             j = (i + 1) % len(low)
-            a, b = low[i], low[j]
-            c, d = high[j], high[i]
-            parts = max(1, math.ceil(math.hypot(b[0] - a[0], b[1] - a[1]) / 68))
-            for k in range(parts):
-                s, t = k / parts, (k + 1) / parts
-                mix = lambda p, q, f, y: (p[0] + (q[0] - p[0]) * f, y, p[1] + (q[1] - p[1]) * f)
-                self.wall(mix(a, b, s, y0), mix(a, b, t, y0), mix(d, c, t, y1), mix(d, c, s, y1), skin, floor,
-                          floors, None if normals is None else [normals[i], normals[j], normals[j], normals[i]])
+            walls.append(((low[i][0], y0, low[i][1]), (low[j][0], y0, low[j][1]),
+                          (high[j][0], y1, high[j][1]), (high[i][0], y1, high[i][1])))
+        facade = skin.facade
+        if any(self.passes_near(corners) for corners in walls):
+            facade = atlas.NEAR_BY.get(facade, facade)
+        for i, corners in enumerate(walls):
+            j = (i + 1) % len(low)
+            self.wall(*corners, facade, skin.jump, floor, floors,
+                      None if normals is None else [normals[i], normals[j], normals[j], normals[i]])
 
     def roof(self, points, y, picture, jump=(0, 0)):
         column = atlas.ROOFS.index(picture) * atlas.ROOF_SIZE

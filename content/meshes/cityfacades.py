@@ -5,7 +5,10 @@ They are painted upright as arrays [up, across] and laid on their side at the en
 import numpy as np
 
 import cityatlas as atlas
-from brush import blur, mix, noise, OVER, shrink
+from brush import blur, mix, noise
+
+OVER = 4  # painted at so many times the size of the strips seen from far
+ROWS = 128  # painted, of which the strips show as many as they have room for
 
 WARM = np.array([(1.0, 0.76, 0.40), (1.0, 0.84, 0.52), (1.0, 0.66, 0.28), (1.0, 0.92, 0.72), (0.78, 0.92, 1.0)])
 WARM_SHARES = (0.34, 0.28, 0.16, 0.14, 0.08)
@@ -16,13 +19,12 @@ class Wall:
 
     def __init__(self, seed, colour, roughness=0.05):
         self.random = np.random.RandomState(seed)
-        shape = (atlas.WIDTH * OVER, atlas.FACADE_ROWS * OVER)
+        shape = (atlas.FACADE_HEIGHT * OVER, ROWS * OVER)
         self.up, self.across = np.meshgrid((np.arange(shape[0]) + 0.5) / OVER, (np.arange(shape[1]) + 0.5) / OVER,
                                            indexing="ij")
         grain = noise(self.random, shape, (32, 4), 4) * roughness
         self.colour = np.array(colour) * (1 + grain[..., None])
         self.glow = np.zeros(shape)
-        self.floors, self.columns = atlas.WIDTH // atlas.CELL, atlas.FACADE_COLUMNS
 
     def shade(self, mask, factor):
         self.colour *= np.where(mask, factor, 1.0)[..., None]
@@ -62,7 +64,7 @@ class Wall:
     def windows(self, width, height, a0, a1, u0, u1, kind, glass, recess=0.5, sparse=1.0):
         """A pane a0..a1, u0..u1 in each width x height module."""
         random = self.random
-        rows, panes = atlas.WIDTH // height, atlas.FACADE_ROWS // width
+        rows, panes = atlas.FACADE_HEIGHT // height, ROWS // width
         lit = self.occupancy(kind, panes, rows) * (random.rand(rows, panes) < sparse)
         row, pane = (self.up // height).astype(int), (self.across // width).astype(int)
         a, u = self.across % width, self.up % height
@@ -123,13 +125,12 @@ class Wall:
 
     def finish(self):
         halo = blur(self.glow, 2 * OVER)
-        street = 0.5 * np.exp(-self.up / 30)
+        street = 0.85 * np.exp(-self.up / 40)
         alpha = np.maximum(np.maximum(self.glow, 0.45 * halo), street)
         lamps = 1 + 0.8 * street[..., None] * np.array((1.0, 0.8, 0.5))
         spill = 0.22 * np.maximum(halo - self.glow, 0)[..., None] * np.array((1.0, 0.85, 0.6))
         colour = self.colour * lamps + spill
-        picture = shrink(np.dstack([colour, alpha]), OVER // atlas.FINER)
-        return picture.transpose(1, 0, 2)
+        return np.dstack([colour, alpha]).transpose(1, 0, 2)
 
 
 def facade_glass():

@@ -150,7 +150,7 @@ def roof_solar():
 
 def paint_roof():
     size = atlas.ROOF_SIZE
-    strip = np.zeros((size, atlas.WIDTH, 4))
+    strip = np.zeros((*atlas.size("roof"), 4))
     for i, name in enumerate(atlas.ROOFS):
         strip[:, i * size:(i + 1) * size] = globals()[f"roof_{name}"]().finish()
     return strip
@@ -170,14 +170,22 @@ def car(road, x, y, heading, colour):
             road.fill(road.disc(tail, y + side, 1.1), (1, 0.12, 0.05), 0.35)
 
 
+def traffic(road, lane, heading):
+    """What a long exposure keeps of a lane: a thread of head lights or of tail lights, thinner and thicker."""
+    flow = 0.55 + 0.45 * noise(road.random, road.x.shape, (1, 5), 3)
+    thread = np.exp(-((road.y - lane) / 1.5) ** 2) * np.clip(flow, 0.1, 1)
+    road.glow = np.maximum(road.glow, (0.9 if heading > 0 else 0.5) * thread)
+    road.colour += thread[..., None] * np.array((1.0, 0.8, 0.5) if heading > 0 else (1.0, 0.16, 0.05))
+
+
 def paint_road():
-    length = int(atlas.STREET_RUN * atlas.TEXELS_PER_UNIT)
-    strip = np.zeros((60, atlas.WIDTH, 4))
+    length = atlas.ROAD_RUN
+    strip = np.zeros((*atlas.size("road"), 4))
     for piece in range(atlas.ROAD_LENGTHS):
-        road = Ground(50 + piece, 60, length, (0.13, 0.135, 0.145), 0.15)
+        road = Ground(50 + piece, atlas.ROAD_ROWS, length, (0.15, 0.145, 0.14), 0.15)
         random = road.random
         for y0, y1 in ((0, 9), (51, 60)):
-            road.fill(road.box(0, y0, length, y1), (0.36, 0.34, 0.32))
+            road.fill(road.box(0, y0, length, y1), (0.42, 0.38, 0.33))
             road.shade(road.box(0, y0, length, y1) & (road.x % 6 < 0.6), 0.75)
         road.shade((np.abs(road.y - 9) < 0.7) | (np.abs(road.y - 51) < 0.7), 1.5)
         road.fill((np.abs(road.y - 30) < 1.1) & (np.abs(road.y - 30) > 0.4), (0.85, 0.6, 0.15))
@@ -185,7 +193,13 @@ def paint_road():
         road.fill(dash, (0.7, 0.7, 0.68))
         for x0 in (3, length - 13):
             road.fill(road.box(x0, 10, x0 + 10, 50) & (road.y % 4 < 2), (0.75, 0.75, 0.72))
+        # Shop windows light the pavement.
+        shops = np.clip(0.55 + 0.9 * noise(random, road.x.shape, (1, 9), 2), 0.1, 1)
+        shine = np.exp(-np.minimum(road.y, atlas.ROAD_ROWS - road.y) / 7) * shops
+        road.glow = np.maximum(road.glow, 0.8 * shine)
+        road.colour += 0.6 * shine[..., None] * np.array((1.0, 0.74, 0.4))
         for y, heading in ((15, -1), (25, -1), (35, 1), (45, 1)):
+            traffic(road, y, heading)
             x = random.uniform(20, 50)
             while x < length - 26:
                 paint = random.choice(3)
@@ -194,7 +208,7 @@ def paint_road():
                 x += random.exponential(26) + 15
         for x in range(22, length, 44):
             for y in (8, 52):
-                road.pool(x, y, 11, 0.95, (1.0, 0.68, 0.32))
+                road.pool(x, y, 12, 1.0, (1.0, 0.68, 0.32))
                 road.pool(x, y, 1.6, 1.0, (1.0, 0.9, 0.7))
         strip[:, piece * length:(piece + 1) * length] = road.finish()
     return strip
@@ -206,34 +220,33 @@ def paint_crossing():
     ground.fill(corner, (0.36, 0.34, 0.32))
     for x in (9.5, 50.5):
         for y in (9.5, 50.5):
-            ground.pool(x, y, 10, 0.95, (1.0, 0.68, 0.32))
+            ground.pool(x, y, 12, 1.0, (1.0, 0.68, 0.32))
             ground.pool(x, y, 1.6, 1.0, (1.0, 0.9, 0.7))
-    strip = np.zeros((60, atlas.WIDTH, 4))
-    strip[:, :60] = ground.finish()
-    strip[:, 60:64] = strip[:, 59:60]
-    strip[:, -4:] = strip[:, :1]
-    return strip
+    ground.pool(30, 30, 16, 0.5, (1.0, 0.6, 0.3))
+    return ground.finish()
 
 
 def paint_pavement():
-    ground = Ground(61, 64, atlas.WIDTH, (0.27, 0.26, 0.25), 0.2)
+    rows, columns = atlas.size("pavement")
+    ground = Ground(61, rows, columns, (0.27, 0.26, 0.25), 0.2)
     ground.shade((ground.x % 8 < 0.6) | (ground.y % 8 < 0.6), 0.78)
     random = ground.random
-    for _ in range(26):
-        x, y, radius, power = (random.uniform(*r) for r in ((0, atlas.WIDTH), (6, 58), (5, 10), (0.3, 0.9)))
+    for _ in range(14):
+        x, y, radius, power = (random.uniform(*r) for r in ((0, columns), (6, rows - 6), (6, 12), (0.4, 1.0)))
         ground.pool(x, y, radius, power)
     return ground.finish()
 
 
 def paint_park():
-    ground = Ground(62, 128, atlas.WIDTH, (0.10, 0.20, 0.10), 0.4)
+    rows, columns = atlas.size("park")
+    ground = Ground(62, rows, columns, (0.10, 0.20, 0.10), 0.4)
     random = ground.random
-    path = np.abs(ground.y - 64 - 26 * np.sin(ground.x * 2 * np.pi / 256)) < 4
-    ground.fill(path | (ground.y < 5) | (ground.y > 123), (0.45, 0.40, 0.32))
-    for x in range(16, atlas.WIDTH, 32):
-        ground.pool(x, 64 + 26 * np.sin(x * 2 * np.pi / 256) + 5, 6, 0.75)
-    for _ in range(90):
-        x, y, r = random.uniform(0, atlas.WIDTH), random.uniform(8, 120), random.uniform(3, 7)
+    bend = rows / 2 + 12 * np.sin(ground.x * 4 * np.pi / columns)
+    ground.fill((np.abs(ground.y - bend) < 3) | (ground.y < 3) | (ground.y > rows - 3), (0.45, 0.40, 0.32))
+    for x in range(14, columns, 28):
+        ground.pool(x, rows / 2 + 12 * np.sin(x * 4 * np.pi / columns) + 4, 6, 0.9)
+    for _ in range(30):
+        x, y, r = random.uniform(0, columns), random.uniform(6, rows - 6), random.uniform(3, 7)
         ground.shade(ground.disc(x + 2, y + 2, r), 0.55)
         ground.fill(ground.disc(x, y, r), np.array((0.13, 0.30, 0.13)) * random.uniform(0.7, 1.3))
     return ground.finish()
@@ -241,7 +254,7 @@ def paint_park():
 
 def paint_metal():
     """Swatches of 32 texels: louvres, panels, timber, mast, copper, leaves, chimney."""
-    ground = Ground(63, 32, atlas.WIDTH, (0.5, 0.5, 0.5), 0.12)
+    ground = Ground(63, *atlas.size("metal"), (0.5, 0.5, 0.5), 0.12)
     swatch = lambda i: (ground.x >= 32 * i) & (ground.x < 32 * i + 32)
     ground.fill(swatch(0), (0.42, 0.44, 0.46))
     ground.shade(swatch(0) & (ground.x % 4 < 2), 0.6)
@@ -264,7 +277,7 @@ def paint_metal():
 
 def paint_light():
     """Swatches of things that glow: a lamp's crown, a glass roof at 64, a lantern behind louvres at 128."""
-    ground = Ground(64, 32, atlas.WIDTH, (1.0, 0.80, 0.45), 0.03)
+    ground = Ground(64, *atlas.size("light"), (1.0, 0.80, 0.45), 0.03)
     ground.glow[:] = 1.0
     bars = (ground.x < 64) & (ground.y % 6 < 1.4)
     ground.fill(bars, (0.5, 0.4, 0.25), 0.2)
@@ -287,7 +300,7 @@ def neon(ground, distance, colour):
 
 def paint_sign():
     """Boards of 192 x 96: the group's letters, a sound's bars, a gear, the rings of a drop."""
-    ground = Ground(65, 96, atlas.WIDTH, (0.055, 0.06, 0.07), 0.1)
+    ground = Ground(65, *atlas.size("sign"), (0.055, 0.06, 0.07), 0.1)
     ground.shade(ground.x % 12 < 0.8, 1.6)
     x, y = ground.x - 96, 48 - ground.y
     frame = np.abs(pill(x, y, 0, 0, 89, 41, 10)) - 1.2

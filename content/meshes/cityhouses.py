@@ -173,11 +173,11 @@ def park(builder, lot, height):
         low, y = high, 26 + 24 * math.sin(math.radians(angle))
     builder.spire(low, y, (x, 52, z), column=128)
     mast(builder, x, z, 50, 22)
-    for _ in range(34):
+    for _ in range(26):
         tx, tz = rng.uniform(x0 + 6, x1 - 6), rng.uniform(z0 + 6, z1 - 6)
         if math.hypot(tx - x, tz - z) > 38:
             size = rng.uniform(5, 8)
-            builder.spire(ring(tx, tz, size, 5, rng.random()), 1, (tx, size * 2.6, tz), "metal", 160)
+            builder.spire(ring(tx, tz, size, 4, rng.random()), 1, (tx, size * 2.6, tz), "metal", 160)
 
 
 def works(builder, lot, height):

@@ -7,8 +7,7 @@ from citybuild import rectangle, ring
 
 def water_tank(builder, x, z, y):
     body = ring(x, z, 4.0, 6)
-    for leg in ring(x, z, 2.6, 3):
-        builder.spire(ring(*leg, 1.0, 3), y, (leg[0], y + 7, leg[1]), column=64)
+    builder.plain(ring(x, z, 2.4, 4), y, ring(x, z, 2.4, 4), y + 5, column=64, cap=False)
     builder.plain(body, y + 5, body, y + 12, column=32, cap=False)
     builder.spire(body, y + 12, (x, y + 16, z), column=64)
 
@@ -44,7 +43,8 @@ def advertise(builder, lot, y):
     facing = (0, 0, 1) if abs(x) < 120 else (1, 0, 0) if abs(x) > 270 else (-1, 0, 0)
     width = min(50, 0.9 * (lot[2] - lot[0] if facing[2] else lot[3] - lot[1]))
     x, z = x + facing[0] * (lot[2] - lot[0]) * 0.4, z + facing[2] * (lot[3] - lot[1]) * 0.4
-    board(builder, x, z, y, facing, builder.rng.choice((0, 0, 1, 2, 3)), width)
+    board(builder, x, z, y, facing, builder.signs % atlas.SIGNS, width)
+    builder.signs += 1
 
 
 def furnish_roof(builder, lot, y, rich):

@@ -3,11 +3,16 @@
 Gives eye positions in city coordinates, and the view matrices for previews.
 """
 import math
+import pathlib
+import sys
 
 import numpy as np
 
-BEAT_FIRST, BEAT_LAST, BEAT_NUM = 0.128, 5.207, 8.0
-SECONDS_PER_BEAT = (BEAT_LAST - BEAT_FIRST) / BEAT_NUM
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1]))
+from schedule import CUES, NUMBERS  # noqa: E402
+
+BEAT_FIRST = NUMBERS["first"]
+SECONDS_PER_BEAT = (NUMBERS["last"] - BEAT_FIRST) / NUMBERS["lastnum"]
 TICK = 0.02
 PHONE_REST_Z = -35.71
 CENTRE_OFFSET = np.array([0.0, -220.0, 0.0])
@@ -61,10 +66,11 @@ class Phone:
 
     TARGETS = {0: (0, 0), 2: (-30, -10), 4: (-40, 10), 5: (-160, 0), 6: (-50, 0), 7: (-120, 0)}
     EVENTS = [
-        (0, "state", 7), (0, "acc", 0.0004), (1, "state", 6), (1, "acc", 0.0015),
-        (4.5, "spin", None), (6.5, "state", 4), (20, "state", 2), (34, "state", 4),
-        (48, "state", 1), (64, "state", 0), (110, "state", 5), (110, "acc", 0.0015),
-        (112, "state", 6), (114, "spin", None), (114, "damp", 0.93), (114, "acc", 0.0015),
+        ("phonefly1", "state", 7), ("phonefly1", "acc", 0.0004), ("phonefly2", "state", 6), ("phonefly2", "acc", 0.0015),
+        ("phonespin1", "spin", None), ("phonefly3", "state", 4), ("phonefly4", "state", 2), ("phonefly4-2", "state", 4),
+        ("phonefly5", "state", 1), ("phonefly6", "state", 0), ("phonefly7", "state", 5), ("phonefly7", "acc", 0.0015),
+        ("phonefly8", "state", 6), ("phonefly9", "spin", None), ("phonefly9", "damp", 0.93),
+        ("phonefly9", "acc", 0.0015),
     ]
 
     def __init__(self):
@@ -102,11 +108,11 @@ class Phone:
             self.click_armed = not early
 
     def step(self, beat, time):
-        while self.pending and self.pending[0][0] <= beat:
+        while self.pending and CUES[self.pending[0][0]] <= beat:
             self.fire(*self.pending.pop(0)[1:])
-        if beat >= 114 and self.tilt.pos > -180:
+        if beat >= CUES["phonefly9"] and self.tilt.pos > -180:
             self.whiteback = True
-        if beat >= 127:
+        if beat >= CUES["phonefly10"]:
             self.state = 0
             if self.z.pos > 0:
                 self.handed_over = (self.z.pos, self.z.vel)
@@ -123,14 +129,15 @@ class Phone:
 class Head:
     """The city camera's own pitch and yaw."""
 
-    EVENTS = [(137, -20, 30), (150, -40, 90), (176, 20, None), (192, -10, None)]
+    EVENTS = [("tunnel_camdown1", -20, 30), ("tunnel_camdown2", -40, 90), ("tunnel_camup1", 20, None),
+              ("tunnel_camup2", -10, None)]
 
     def __init__(self):
         self.pitch, self.yaw = Spring(0.002, 0.4), Spring(0.002, 0.4)
         self.pending = list(self.EVENTS)
 
     def step(self, beat):
-        while self.pending and self.pending[0][0] <= beat:
+        while self.pending and CUES[self.pending[0][0]] <= beat:
             _, pitch, yaw = self.pending.pop(0)
             self.pitch.target = pitch
             if yaw is not None:
@@ -154,12 +161,13 @@ def ticks(first_beat, last_beat):
         time += TICK
 
 
-def fly(shake_seed=1):
-    """Every tick on which the city is drawn: dicts of beat, scene, view (4x4), eye, distance, bomb, phone."""
+def fly(shake_seed=1, ticks_a_frame=1):
+    """Every frame on which the city is drawn: dicts of beat, scene, view (4x4), eye, distance, bomb, phone."""
     frames, head = [], Head()
     frames += fly_in(head)
     frames += fly_gear(head)
-    frames += fly_rocket(head, np.random.RandomState(shake_seed))
+    frames += fly_rocket(head, np.random.RandomState(shake_seed), ticks_a_frame)
+    frames = frames[::ticks_a_frame]
     for frame in frames:
         frame["eye"] = eye_of(frame["view"])
     return frames
@@ -168,7 +176,7 @@ def fly(shake_seed=1):
 def fly_in(head):
     phone, distance = Phone(), Spring(0.0002, 0.98, 0.0, 400.0)
     travel, speed, frames, lifted, reveal = np.zeros(3), np.zeros(3), [], False, 0.0
-    for beat, time in ticks(0, 160):
+    for beat, time in ticks(0, CUES["stoptunnel"]):
         if phone.handed_over is None:
             phone.step(beat, time)
             if phone.handed_over is not None:
@@ -177,7 +185,7 @@ def fly_in(head):
             continue
         reveal = min(reveal + 1 / 480.0, 1.2083334)
         travel += speed
-        if beat >= 156 and not lifted:
+        if beat >= CUES["tunnelupmove"] and not lifted:
             speed[1] -= 1.0
             lifted = True
         if phone.handed_over is not None:
@@ -193,7 +201,7 @@ def fly_in(head):
 def fly_gear(head):
     base = rotation(-190, "y") @ rotation(-20, "x") @ rotation(90, "z")
     travel, frames = np.array([370.0, -100.0, -200.0]), []
-    for beat, time in ticks(180, 208):
+    for beat, time in ticks(CUES["stopgear"], CUES["stopfly2"]):
         travel[2] += 1
         head.step(beat)
         frames.append({"beat": beat, "time": time, "scene": 3, "view": head.view(base, travel),
@@ -208,15 +216,16 @@ def shake(random, radius):
             return v
 
 
-def fly_rocket(head, random):
+def fly_rocket(head, random, ticks_a_frame):
     base = rotation(30, "y") @ rotation(90, "z")
     travel, frames = np.array([0.0, -100.0, -200.0]), []
-    for beat, time in ticks(240, 256):
+    for tick, (beat, time) in enumerate(ticks(CUES["stopdode"], CUES["stopfly3"])):
         travel += (1, 0, 0.1)
         bomb = 0.0
-        if beat > 248:
-            bomb = (beat - 248) * 0.2
-            travel += shake(random, max(0.0, beat - 250))
+        if beat > NUMBERS["city_bursts"]:
+            bomb = (beat - NUMBERS["city_bursts"]) * 0.2
+            if tick % ticks_a_frame == 0:
+                travel += shake(random, ticks_a_frame * max(0.0, beat - NUMBERS["city_shakes"]))
         head.step(beat)
         frames.append({"beat": beat, "time": time, "scene": 6, "view": head.view(base, travel),
                        "distance": 1000.0, "bomb": bomb, "phone": None})

@@ -3,8 +3,8 @@
 Light depends on how a surface tilts, never on which way: turned by any angle, the picture is lit the same.
 """
 import numpy as np
-from PIL import Image
 
+import png
 from shapes import smooth
 
 SIZE, OVERSAMPLE, TEETH = 512, 4, 24
@@ -133,5 +133,5 @@ def make(root):
     picture = draw(SIZE * OVERSAMPLE).reshape(SIZE, OVERSAMPLE, SIZE, OVERSAMPLE, 4).mean((1, 3))
     picture[..., :3] /= np.maximum(picture[..., 3:], 1e-6)
     picture[picture[..., 3] == 0] = (*DARK_STEEL * 0.5, 0)
-    Image.fromarray((picture * 255 + 0.5).astype(np.uint8)).save(root / "gfx/gear.png", optimize=True)
+    png.save((picture * 255 + 0.5).astype(np.uint8), root / "gfx/gear.png")
     return f"{SIZE} x {SIZE}"

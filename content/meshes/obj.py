@@ -33,6 +33,23 @@ class Mesh:
         for corners in ((0, 1, 2), (0, 2, 3)):
             self.triangle(*([record[c] for c in corners] for record in (positions, texcoords, normals)))
 
+    def arrays(self):
+        """As `read` gives them."""
+        records = (np.array([[float(x) for x in record.split()] for record in kind])
+                   for kind in (self.positions, self.texcoords, self.normals))
+        return *records, np.array(self.faces) - 1
+
+    def keep(self, order):
+        """Keeps these triangles alone, in this order, and the records that they use."""
+        kinds = (self.positions, self.texcoords, self.normals)
+        names = [list(kind) for kind in kinds]
+        faces, self.faces = self.faces, []
+        for kind in kinds:
+            kind.clear()
+        for face in order:
+            self.faces.append([tuple(self.index(kind, map(float, name[i - 1].split()))
+                                     for kind, name, i in zip(kinds, names, corner)) for corner in faces[face]])
+
     def write(self, path, title):
         with open(path, "w", newline="\n") as out:
             out.write(f"# {title}\n")

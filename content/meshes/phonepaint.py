@@ -4,11 +4,11 @@ The show lights the phone by how far a surface faces the eye and by nothing else
 and gloss are all here. Every shape is a signed distance in model units, drawn with a soft edge of one texel.
 """
 import numpy as np
-from PIL import Image
 
 import flight
 import obj
 import phone
+import png
 import raster
 from shapes import circle, letters, pill, smooth
 
@@ -266,5 +266,5 @@ def fit_rocket(canvas, root):
 def make(root):
     canvas = paint()
     fit_rocket(canvas, root)
-    Image.fromarray((np.clip(canvas, 0, 1) * 255 + 0.5).astype(np.uint8)).save(root / "gfx/N9_uv.png", optimize=True)
+    png.save((np.clip(canvas, 0, 1) * 255 + 0.5).astype(np.uint8), root / "gfx/N9_uv.png")
     return f"{phone.TEXTURE} x {phone.TEXTURE}"

@@ -1,10 +1,16 @@
 """The beat grid of the show and its cuts: the one place where music learns about time.
 
-Beats are quarter notes. The show's clock has beat 0 at 0.128 s and beat 8 at 5.207 s.
+Beats are quarter notes.
 """
 
-BEAT0 = 0.128  # seconds, music time of beat 0
-BEAT = (5.207 - 0.128) / 8  # seconds a beat: 0.634875, 94.507 a minute
+import os
+import sys
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+import schedule  # noqa: E402
+
+BEAT0 = schedule.NUMBERS["first"]  # seconds, music time of beat 0
+BEAT = (schedule.NUMBERS["last"] - BEAT0) / schedule.NUMBERS["lastnum"]  # seconds a beat: 0.634875, 94.507 a minute
 RATE = 44100  # Hz
 END = 384  # beat of the last chord; after it only the tail
 TAIL = 6.0  # seconds after the last chord
@@ -29,9 +35,18 @@ CUTS = [
     (288, "finale"),
 ]
 
-# Beats on which the picture jumps and the music has to hit.
-HITS = [8, 11, 32, 48, 52, 60, 61, 62, 63, 80, 96, 104, 114, 115, 129, 137, 150, 160, 165, 170, 173, 178,
-        180, 192, 208, 212, 224, 232.5, 240, 248, 256, 273, 288, 300]
+# Beats on which the picture jumps and the music hits, each with what it hits in the show's schedule: an event or a
+# constant, and how many beats later it is seen.
+HITS = {
+    8: ("phonetex_vxqlogo", 0), 11: ("startorbitscroller", 0), 32: ("phonetex_mu", 0), 48: ("phonefly5", 0),
+    52: ("phonetex_orange", 0), 60: ("gonetextshow", 1), 61: ("gonetextshow", 2), 62: ("gonetextshow", 3),
+    63: ("gonetextshow", 4), 80: ("startlacing", 0), 96: ("boom3", 0), 104: ("phonetex_callscreen", 0),
+    114: ("phonefly9", 0), 115: ("phonefly9", 1), 129: ("phonefly10", 2), 137: ("tunnel_camdown1", 0),
+    150: ("tunnel_camdown2", 0), 160: ("stoptunnel", 0), 165: ("bump1", 0), 170: ("bump2", 0), 173: ("bump3", 0),
+    178: ("bump4", 0), 180: ("stopgear", 0), 192: ("tunnel_camup2", 0), 208: ("stopfly2", 0), 212: ("stopbump", 0),
+    224: ("dodebum", 0), 232.5: ("dodebum2", 0), 240: ("stopdode", 0), 248: ("city_bursts", 0), 256: ("stopfly3", 0),
+    273: ("stopduce", 0), 288: ("stopspacefly", 0), 300: ("textbox", 0),
+}
 
 
 def seconds(beat):

@@ -1,4 +1,4 @@
-"""pb.jpg: a ring of fire on a wall of turned steel, with its image in the floor.
+"""pb.jpg: a ring of fire and its echoes on a wall of turned steel, with their image in the floor.
 
 The soft body hangs in front of the ring's eye, left of the middle; green and blue live on the
 other side of the colour circle from everything here.
@@ -33,7 +33,11 @@ def scene():
     studio.pipe("ring", circle, 0.085, studio.glow("ring", (1.0, 0.40, 0.09), 20.0), closed=True)
     outer = numpy.c_[EYE[0] + 2.10 * numpy.cos(ring), numpy.full(256, 0.95), EYE[2] + 2.10 * numpy.sin(ring)]
     studio.pipe("rail", outer, 0.035, studio.matter("rail", (0.5, 0.4, 0.3), 0.2, 1.0), closed=True)
-    studio.lamp((9, -4, 8), (3, 2, 3), (0.05, 0.40, 0.60), 260, 3.0)
+    # The ring's echoes, as a drop leaves them: they carry the fire into the half that the body leaves free.
+    for name, radius, deep, thick, strength in (("near", 3.22, 0.95, 0.036, 2.4), ("far", 4.56, 0.75, 0.024, 0.9)):
+        echo = numpy.c_[EYE[0] + radius * numpy.cos(ring), numpy.full(256, deep), EYE[2] + radius * numpy.sin(ring)]
+        studio.pipe(name, echo, thick, studio.glow(name, (1.0, 0.24, 0.035), strength), closed=True)
+    studio.lamp((9, -4, 8), (3, 2, 3), (0.05, 0.40, 0.60), 380, 3.0)
     studio.camera((0.0, -9.0, 3.0), (0.0, 0.0, 3.0), 43, focus=(0, 0.7, 3), fstop=1.2)
 
 

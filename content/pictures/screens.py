@@ -1,4 +1,4 @@
-"""harmattan-home.png and callscreen2.jpg: what the phone itself shows; tarvisk.png, the show's icon.
+"""harmattan-home.png and callscreen2.jpg: what the phone itself shows; packaging/icons, the show's icon.
 
 The icons of the home screen are the scenes of the show, so it is painted after all others.
 """
@@ -21,7 +21,7 @@ ICONS = (
     ("sleep", "face.jpg", (0.854, 0.50), 0.78),
     ("bones", "kallotausta.jpg", (0.854, 0.50), 0.86),
     ("halo", "pb.jpg", (0.65, 0.50), 0.96),
-    ("stone", "rock.jpg", (0.55, 0.55), 0.60),
+    ("stone", "rock.jpg", (0.50, 0.50), 0.66),
     ("dusk", "darkmetal.jpg", (0.89, 0.66), 0.62),
     ("lace", "lacetrace.jpg", (0.25, 0.25), 0.56),
     ("heart", "heart.png", (0.5, 0.5), 1.0),
@@ -33,8 +33,17 @@ def picture(name):
     return numpy.asarray(Image.open(art.gfx(name)).convert("RGBA"), dtype=float) / 255
 
 
+def carved(rock):
+    """A tile of the wall, half as large as its texture, with the sign's first letter."""
+    rock = numpy.stack([art.resized(rock[..., c], 256, 256) for c in range(3)], -1)
+    umber = picture("credits.jpg")[:256, 64:320, :3]
+    return (rock * (1 - umber) + numpy.array(art.UMBER) * umber) * 1.15
+
+
 def cut(name, centre, side, size):
     whole = picture(name)
+    if name.startswith("rock"):
+        whole = carved(whole)
     if name.startswith("heart"):
         back = art.mix((0.98, 0.86, 0.66), (0.90, 0.55, 0.30), art.grid(*whole.shape[1::-1])[1])
         whole = art.mix(back, whole[..., :3], whole[..., 3])
@@ -223,8 +232,9 @@ def pill(canvas, centre, half, colour, sign, turn):
 
 
 def call():
-    """Somebody rings: the sign in a lens among rings, and the two keys."""
-    middle = (232, 232)
+    """Somebody rings: the sign in a lens among rings, where the heart was before; who it is at its left, the two keys
+    at its right."""
+    middle = (427, 246)
     canvas = rings(middle) * 0.9
     woods = art.blur(picture("woods.jpg")[..., :3], 16)
     canvas = numpy.clip(canvas + 0.40 * woods * art.smooth(0.3, 1.0, art.grid(WIDTH, HEIGHT)[0])[..., None], 0, 1)
@@ -246,22 +256,24 @@ def call():
     inner = numpy.hypot(*numpy.meshgrid(numpy.arange(264) - 131.5, numpy.arange(264) - 131.5))
     lens = lens * 0.95 + 0.03
     lay(canvas, numpy.clip(lens, 0, 1), art.smooth(131.5, 130, inner), middle[0] - 132, middle[1] - 132)
-    write(canvas, "VXQ", "bold", 118, (600, 152), art.WINDOW, 6)
-    write(canvas, "is calling, once again", "regular", 44, (600, 240), art.PALE, 1)
-    pill(canvas, (506, 366), (84, 42), art.GREEN, handset, 0.0)
-    pill(canvas, (694, 366), (84, 42), (0.78, 0.13, 0.05), handset, 2.2)
-    write(canvas, "answer", "regular", 28, (506, 426), art.WINDOW, 1)
-    write(canvas, "not now", "regular", 28, (694, 426), art.WINDOW, 1)
+    write(canvas, "VXQ", "bold", 104, (138, 196), art.WINDOW, 6)
+    write(canvas, "is calling,", "regular", 42, (138, 272), art.PALE, 1)
+    write(canvas, "once again", "regular", 42, (138, 316), art.PALE, 1)
+    pill(canvas, (722, 168), (84, 42), art.GREEN, handset, 0.0)
+    pill(canvas, (722, 300), (84, 42), (0.78, 0.13, 0.05), handset, 2.2)
+    write(canvas, "answer", "regular", 28, (722, 229), art.WINDOW, 1)
+    write(canvas, "not now", "regular", 28, (722, 361), art.WINDOW, 1)
     art.save(art.grain(canvas, 0.008, 93), "callscreen2.jpg")
 
 
 def desktop():
-    """The show's own icon where it is installed: the logo's last letter."""
+    """The show's own icon where it is installed, in the usual sizes: the logo's last letter."""
     _, name, centre, side = ICONS[1]
-    colour, alpha = glass(cut(name, centre, side, 128))
-    Image.fromarray(art.eightbit(numpy.dstack([colour, alpha])), "RGBA").save(
-        os.path.join(art.ROOT, "packaging", "tarvisk.png"), optimize=True
-    )
+    for size in (32, 48, 64, 128, 256):
+        colour, alpha = glass(cut(name, centre, side, size))
+        Image.fromarray(art.eightbit(numpy.dstack([colour, alpha])), "RGBA").save(
+            os.path.join(art.ROOT, "packaging", "icons", f"{size}.png"), optimize=True
+        )
 
 
 def make():

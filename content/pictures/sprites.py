@@ -1,9 +1,10 @@
-"""The small ones: heart, letters, roses, glyphs, the ball's oranges, the ribbon's stand-in."""
+"""The small ones: heart, letters, roses, glyphs, the ball's blocks of juice, the ribbon's stand-in."""
 
 import numpy
 from PIL import Image, ImageDraw
 
 import art
+import layout
 import studio
 from layout import CELL, EMPTY, GLYPHS, LETTER_WIDTH, LETTERS_FROM
 
@@ -14,37 +15,51 @@ def sprite(colour, alpha):
 
 
 def glyph(letter, scale=8):
-    """Coverage of one cell: the face stretched upwards, wide letters squeezed, rims kept free."""
+    """Coverage of one cell. In the closing words a card lies on the left part of the next one: so the letter stands
+    in the right half of its own, narrow enough to be seen whole when both have swollen."""
     width, height = CELL[0] * scale, CELL[1] * scale
     sheet = Image.new("L", (width * 6, height), 0)
-    type_ = art.face("bold", int(height * 0.86))
-    ImageDraw.Draw(sheet).text((width * 3, height * 0.775), letter, font=type_, fill=255, anchor="ms")
+    wide = letter in "mwMW@%&"
+    type_ = art.face("regular" if wide else "bold", int(height * 0.80))
+    ImageDraw.Draw(sheet).text((width * 3, height * 0.735), letter, font=type_, fill=255, anchor="ms")
     box = sheet.getbbox()
     ink = sheet.crop((box[0], 0, box[2], height))
-    widest = (CELL[0] - 4.5) * scale
-    stretch = min(0.74 if letter in "iIl.,:;'!|" else 0.80, widest / ink.width)
-    ink = ink.resize((max(1, round(ink.width * stretch)), height), Image.LANCZOS)
+    ink_width = min(0.64 * ink.width, (11.6 if wide else 10.4) * scale)
+    ink = ink.resize((max(1, round(ink_width)), height), Image.LANCZOS)
     cell = Image.new("L", (width, height), 0)
-    cell.paste(ink, ((width - ink.width) // 2, 0))
-    small = cell.resize(CELL, Image.BOX)
-    coverage = numpy.asarray(small, dtype=float) / 255
-    coverage[:3], coverage[-3:], coverage[:, :1], coverage[:, -2:] = 0, 0, 0, 0
+    cell.paste(ink, (round((15.5 if wide else 16.0) * scale - ink.width / 2), 0))
+    coverage = numpy.asarray(cell.resize(CELL, Image.BOX), dtype=float) / 255
     return numpy.where(coverage < 0.03, 0, coverage)
 
 
+def card():
+    """The plate that a letter stands on: in shade where its left neighbour lies on it, lit along the top and along the
+    right edge, folded across the middle."""
+    x, y = numpy.meshgrid(numpy.arange(CELL[0]) + 0.5, numpy.arange(CELL[1]) + 0.5)
+    left, right, top, bottom = layout.drawn()
+    plate = 0.055 + 0.135 * art.smooth(left, left + 9, x) - 0.03 * art.smooth(left + 9, right, x)
+    plate = plate * (1.15 - 0.45 * art.smooth(top, bottom, y))
+    middle = y - (top + bottom) / 2
+    plate = plate + 0.05 * art.smooth(1.5, 0.5, abs(middle - 1.5)) - 0.06 * art.smooth(1.5, 0.5, abs(middle))
+    plate = plate + 0.34 * art.smooth(2.2, 0.8, y - top) * art.smooth(-0.2, 0.4, x / CELL[0])
+    plate = plate + 0.24 * art.smooth(1.9, 0.7, right - x) * (1 - 0.6 * y / CELL[1])
+    return numpy.clip(plate * (1 - 0.8 * art.smooth(1.8, 0.8, bottom - y)), 0.02, 1)
+
+
 def chargen():
-    """The ribbon shows blue, red, green as red, green, blue; the text box shows red alone."""
-    sheet = numpy.zeros((4 * CELL[1], 32 * CELL[0]))
+    """The ribbon shows blue, red, green as red, green, blue, and only letters. The text box shows red alone and heeds
+    no alpha: there every cell is a card, the blank's too."""
+    ink = numpy.zeros((4 * CELL[1], 32 * CELL[0]))
     for number, letter in enumerate(GLYPHS):
         if letter not in EMPTY:
             row, column = divmod(number, 32)
-            sheet[row * CELL[1] : (row + 1) * CELL[1], column * CELL[0] : (column + 1) * CELL[0]] = glyph(letter)
-    down = numpy.tile((numpy.arange(CELL[1]) + 0.5) / CELL[1], 4)[:, None]
-    fall = art.smooth(0.12, 0.80, down) + 0 * sheet
-    band = numpy.exp(-(((down - 0.47) / 0.018) ** 2)) + 0 * sheet
-    fill = art.mix((0.84, 0.92, 0.62), (0.44, 0.07, 0.60), fall)
-    fill = art.mix(fill, (0.30, 0.05, 0.50), 0.30 * band)
-    art.save(sprite(fill * sheet[..., None] ** 0.35, sheet), "chargen.png")
+            ink[row * CELL[1] : (row + 1) * CELL[1], column * CELL[0] : (column + 1) * CELL[0]] = glyph(letter)
+    down = numpy.tile((numpy.arange(CELL[1]) + 0.5) / CELL[1], 4)[:, None] + 0 * ink
+    fill = art.mix((0.92, 0.92, 0.62), (0.52, 0.08, 0.62), art.smooth(0.44, 0.80, down))
+    fill = art.mix(fill, (0.40, 0.07, 0.50), 0.45 * numpy.exp(-(((down - 0.5) / 0.008) ** 2)))
+    sheet = sprite(fill * ink[..., None] ** 0.35, ink)
+    sheet[..., 0] = art.mix(numpy.tile(card(), (4, 32)), fill[..., 0], ink)
+    art.save(sheet, "chargen.png")
 
 
 def scroller():
@@ -71,29 +86,90 @@ def gone():
     art.save(sprite(art.mix((0.10, 0.02, 0.0), fill, ink), rim), "gone.png")
 
 
+def juice(x, y, level):
+    """What stands in the block: amber where light comes in, deep below, a caustic where it leaves; air above."""
+    deep = art.smooth(0, 1, numpy.clip((level - y) / 1.35, 0, 1) + 0.12 * x)
+    liquid = art.mix((1.0, 0.60, 0.15), (0.50, 0.105, 0.02), deep)
+    caustic = numpy.exp(-(((x - 0.34) / 0.40) ** 2 + ((y + 0.52) / 0.28) ** 2))
+    beam = numpy.exp(-(((x * 0.62 + y * 0.78 - 0.02) / 0.30) ** 2)) * art.smooth(-0.9, 0.2, x)
+    liquid = liquid + caustic[..., None] * (0.62, 0.52, 0.16) + beam[..., None] * (0.16, 0.112, 0.04)
+    air = art.mix((0.72, 0.36, 0.11), (0.34, 0.11, 0.04), art.smooth(-0.8, 0.7, x - 0.3 * y))
+    return art.mix(air, liquid, art.smooth(0.012, -0.012, y - level))
+
+
+def bubbles(picture, x, y, random):
+    """Each is bright on the side away from the lamp, as a hole in something that refracts is."""
+    for _ in range(12):
+        at_x, size = random.uniform(-0.58, 0.55), random.uniform(0.03, 0.085)
+        at_y = random.uniform(-0.62, 0.28)
+        across, up = (x - at_x) / size, (y - at_y) / size
+        r = numpy.hypot(across, up)
+        far = numpy.clip(0.5 + 0.35 * (across - up), 0, 1)
+        rim = numpy.exp(-(((r - 0.80) / 0.20) ** 2)) * far
+        shine = numpy.exp(-((across + 0.38) ** 2 + (up - 0.38) ** 2) / 0.07)
+        picture = picture * (1 - 0.38 * art.smooth(1.05, 0.95, r) * (1 - far))[..., None]
+        picture = picture + rim[..., None] * (0.55, 0.41, 0.14) + shine[..., None] * (0.90, 0.86, 0.63)
+    return picture
+
+
+def mirrored(x, y):
+    """The room's window in the front of the glass."""
+    x = x + 0.06 * y**2
+    pane = art.smooth(0, 0.05, x + 0.70) * art.smooth(0, 0.05, -0.34 - x)
+    pane = pane * art.smooth(0, 0.05, y + 0.02) * art.smooth(0, 0.05, 0.70 - y)
+    bars = art.smooth(0.012, 0.028, abs(x + 0.52)) * art.smooth(0.012, 0.028, abs(y - 0.36))
+    return (pane * bars * (0.30 + 0.30 * art.smooth(0, 0.7, y)))[..., None] * (1.0, 0.92, 0.62)
+
+
+def walls(x, y, level, wide):
+    """Four polished slopes; the inside is seen in them once more, pressed together."""
+    upright = abs(x) >= abs(y)
+    sides = upright & (x < 0), upright & (x > 0), ~upright & (y > 0), ~upright & (y < 0)
+    left, right, top, bottom = (art.blur(side.astype(float), 2.5) for side in sides)
+    pressed = 1 - 1.1 * numpy.clip(1 - (1 - numpy.maximum(abs(x), abs(y))) / wide, 0, 1)
+    seen = juice(numpy.where(upright, x * pressed, x), numpy.where(upright, y, y * pressed), level)
+    seen = (seen + (0.10, 0.06, 0.025)) * (1.12 * left + 0.92 * top + 0.46 * right + 0.70 * bottom)[..., None]
+    key = (left + 0.55 * top) * (0.02 + 0.34 * numpy.clip(0.2 + 0.8 * y - 0.3 * x, 0, 1))
+    fill = 0.34 * right * art.smooth(0.9, -0.6, y)
+    through = 0.45 * bottom * numpy.exp(-(((x - 0.45) / 0.35) ** 2))
+    return (
+        seen
+        + key[..., None] * (0.90, 0.72, 0.36)
+        + fill[..., None] * (0.0, 0.10, 0.90)
+        + through[..., None] * (1.0, 0.60, 0.20)
+    )
+
+
+def edges(picture, x, y, wide):
+    """The inner edge dark, then bright; the outer one bright towards the lamp, and black nowhere."""
+    away, turned = 1 - numpy.maximum(abs(x), abs(y)), x - y
+    groove = numpy.exp(-(((away - wide - 0.012) / 0.016) ** 2)) * (0.55 + 0.45 * art.smooth(-0.6, 0.6, turned))
+    glint = numpy.exp(-(((away - wide + 0.014) / 0.012) ** 2)) * art.smooth(0.5, -0.9, turned)
+    outer = numpy.exp(-((away / 0.022) ** 2))
+    star = numpy.exp(-((x + 1 - 0.55 * wide) ** 2 + (y - 1 + 0.55 * wide) ** 2) / 0.0035)
+    picture = picture * (1 - 0.42 * groove)[..., None]
+    picture = picture + (0.55 * glint + 0.75 * outer * art.smooth(0.3, -1.0, turned))[..., None] * (1.0, 0.9, 0.6)
+    picture = art.mix(picture, (0.30, 0.07, 0.03), 0.55 * outer * art.smooth(-0.2, 0.9, turned))
+    return picture + star[..., None] * (1.0, 1.0, 0.9)
+
+
 def dot():
-    """An orange that fills its square as far as a ball can. gl_PointCoord runs down where textures run up,
-    so the light that shall come from above is painted below."""
-    x, y = art.grid(64, 64)
-    x, y = x * 2 - 1, y * 2 - 1
-    power = 2.3  # reads as a sphere, and leaves less of its square dark than a disc
-    r = (abs(x) ** power + abs(y) ** power) ** (1 / power)
-    z = numpy.sqrt(numpy.clip(1 - numpy.clip(r, 0, 1) ** 2, 0, 1))
-    facing = -0.42 * x + 0.52 * y
-    diffuse = numpy.clip((facing + 0.745 * z + 0.15) / 1.15, 0, 1)
-    rim = numpy.exp(-(((r - 0.93) / 0.07) ** 2)) * art.smooth(0.1, -0.8, facing)
-    shine = numpy.exp(-((x + 0.36) ** 2 + (y - 0.44) ** 2) * 30)
-    pores = art.blur(numpy.random.default_rng(14).standard_normal((64, 64)), 1.1) * 3
-    pores = (
-        pores - numpy.roll(pores, 1, 0) - numpy.roll(pores, -1, 1) + numpy.roll(numpy.roll(pores, 1, 0), -1, 1)
-    ) * z
-    lit = numpy.clip(diffuse + 0.05 * pores, 0, 1)
-    rind = art.mix((0.15, 0.025, 0.03), (0.80, 0.34, 0.35), art.smooth(0, 0.55, lit))
-    rind = art.mix(rind, (1.0, 0.88, 1.0), art.smooth(0.40, 1.0, lit))
-    rind = rind + (0.3 * rim)[..., None] * numpy.array((1.0, 0.3, 0.1)) + shine[..., None] * (0.15, 0.35, 0.35)
-    # What the corners hide of the balls behind shall look like shadow, and like nothing on black.
-    corner = numpy.array((0.12, 0.02, 0.01)) * numpy.clip(1.42 - numpy.hypot(x, y), 0, 1)[..., None] / 0.42
-    art.save(sprite(art.mix(corner, rind, art.smooth(1.05, 0.95, r)), 1 + 0 * r), "dot.png")
+    """A block of glass with juice in it. Drawn without blending, a sprite covers its whole square: so the thing is
+    square. The show's tint takes most of the blue away and turns white to amber."""
+    size, scale, wide = 128, 4, 0.15
+    x, y = art.grid(size * scale, size * scale)
+    x, y = x * 2 - 1, 1 - y * 2
+    level = 0.50 + 0.035 * numpy.sin(x * 2.3 + 0.5)
+    surface = art.smooth(1.0, 0.9, numpy.hypot(x / 0.84, (y - level - 0.035) / 0.060))  # seen a little from above
+    lit = art.mix((1.0, 0.90, 0.52), (0.95, 0.50, 0.12), art.smooth(-0.6, 0.7, x))
+    inside = art.mix(juice(x, y, level), lit, 0.85 * surface)
+    inside = bubbles(inside, x, y, numpy.random.default_rng(21)) + mirrored(x, y)
+    away = 1 - numpy.maximum(abs(x), abs(y))
+    picture = art.mix(inside, walls(x, y, level, wide), art.smooth(wide + 0.012, wide - 0.012, away))
+    picture = numpy.clip(edges(picture, x, y, wide), 0, 1)
+    picture = picture.reshape(size, scale, size, scale, 3).mean((1, 3))
+    # gl_PointCoord runs down where textures run up: what shall be seen above is the lower half of the file.
+    art.save(sprite(picture[::-1], numpy.ones((size, size))), "dot.png")
 
 
 def petal(canvas, alpha, centre, half, turn, colours, x, y):

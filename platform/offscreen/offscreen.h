@@ -19,5 +19,7 @@ void offscreen_setdesktop(const char* image);
 // Called at each present, when the frame is complete and before the clock moves on.
 void offscreen_onpresent(std::function<void()> hook);
 
-// Frames presented so far; the clock stands at this many steps.
-long long offscreen_frames();
+// While the picture is unseen, what goes to framebuffer 0 is not drawn (GL refuses it) and what it
+// held is undefined; render targets and all else go on. Call from the hook above. Returns false,
+// and nothing changes, where the driver cannot do without a surface.
+bool offscreen_setseen(bool seen);

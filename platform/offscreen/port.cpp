@@ -3,18 +3,20 @@
 #include "port.h"
 
 #include "eglcontext.h"
+#include "framesize.h"
 #include "offscreen.h"
+#include "standin.h"
 
 #include <cstdlib>
 #include <EGL/eglext.h>
-#include <SDL_image.h>
+#include <GLES2/gl2.h>
 #include <string>
 #include <utility>
 
 namespace {
 
-int picture_w = 854;
-int picture_h = 480;
+int picture_w = frame_w;
+int picture_h = frame_h;
 long long step_numerator = 1;
 long long step_denominator = 50;
 long long frames = 0;
@@ -74,8 +76,9 @@ void offscreen_onpresent(std::function<void()> hook) {
     presenthook = std::move(hook);
 }
 
-long long offscreen_frames() {
-    return frames;
+bool offscreen_setseen(bool seen) {
+    const EGLSurface surface = seen ? eglcontext.surface : EGL_NO_SURFACE;
+    return eglMakeCurrent(eglcontext.display, surface, surface, eglcontext.context);
 }
 
 void port_beforesdl() {
@@ -94,16 +97,32 @@ SDL_Surface* port_setvideomode(int width, int height, int, Uint32) {
     return surface;
 }
 
+bool port_windownumbers(port_windownumbers_s*) {
+    return false;
+}
+
+bool port_setwindowtype(port_windowtype_t) {
+    return false;
+}
+
 void port_present() {
     if (presenthook)
         presenthook();
+    glFlush(); // nobody waits for a frame: the driver would queue them all
     ++frames;
 }
 
-void port_timeofday(vxqtime_t* now) {
-    const long long microseconds = frames * 1000000 * step_numerator / step_denominator;
-    now->tv_sec = static_cast<time_t>(microseconds / 1000000);
-    now->tv_usec = static_cast<suseconds_t>(microseconds % 1000000);
+void port_timeofday(struct timeval* now) {
+    now->tv_sec = static_cast<time_t>(port_awake() / 1000000);
+    now->tv_usec = static_cast<suseconds_t>(port_awake() % 1000000);
+}
+
+long long port_awake() {
+    return frames * 1000000 * step_numerator / step_denominator;
+}
+
+long long port_slept() {
+    return 0;
 }
 
 float port_framehold() {
@@ -111,7 +130,5 @@ float port_framehold() {
 }
 
 SDL_Surface* port_grabdesktop(int, int) {
-    static SDL_Surface* image = nullptr; // kept, as the caller does not free it
-    image = desktop.empty() ? nullptr : IMG_Load(desktop.c_str());
-    return image;
+    return desktop.empty() ? nullptr : standin_load(desktop.c_str());
 }

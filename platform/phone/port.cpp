@@ -18,11 +18,3 @@ int port_getattribute(port_glattr_t attribute, int* value) {
 void port_present() {
     SDL_GL_SwapBuffers();
 }
-
-void port_timeofday(vxqtime_t* now) {
-    gettimeofday(now, nullptr);
-}
-
-float port_framehold() {
-    return 0.02f;
-}

@@ -4,25 +4,25 @@
 #include "port.h"
 
 #include "eglcontext.h"
+#include "heads.h"
+#include "wminfo.h"
 #include "x11.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
-#include <SDL_syswm.h>
+#include <optional>
 #include <X11/Xutil.h>
 
 namespace {
 
 int window_w = 0; // of a window instead of the full screen
 int window_h = 0;
+bool resizable = false;
+void (*presenthook)() = nullptr;
+Window picture = 0; // GL's own
 
-bool windowinfo(SDL_SysWMinfo* info) {
-    SDL_VERSION(&info->version);
-    if (SDL_GetWMInfo(info) == 1)
-        return true;
-    SDL_SetError("SDL has no X11 window");
-    return false;
-}
+std::optional<head_s> head; // the one to fill, where there are several
 
 int visualdepth(Display* display, VisualID id, Visual** visual) {
     XVisualInfo wanted{};
@@ -78,8 +78,25 @@ void fillscreen(Display* display, Window window, int width, int height) {
     XWindowAttributes now{};
     if (XGetWindowAttributes(display, window, &now) && now.width >= width && now.height >= height)
         return;
-    XMoveResizeWindow(display, window, 0, 0, static_cast<unsigned>(width),
-                      static_cast<unsigned>(height));
+    XMoveResizeWindow(display, window, head ? head->x : 0, head ? head->y : 0,
+                      static_cast<unsigned>(width), static_cast<unsigned>(height));
+}
+
+// The window that its viewer sees and moves; SDL's own may lie in it.
+Window outerwindow(const SDL_SysWMinfo& info) {
+    return info.info.x11.wmwindow ? info.info.x11.wmwindow : info.info.x11.window;
+}
+
+// Asks the window manager to keep the shape.
+void keepshape(const SDL_SysWMinfo& info) {
+    const auto& x11 = info.info.x11;
+    XSizeHints hints{};
+    long supplied = 0;
+    XGetWMNormalHints(x11.display, outerwindow(info), &hints, &supplied);
+    hints.flags |= PAspect;
+    hints.min_aspect.x = hints.max_aspect.x = window_w;
+    hints.min_aspect.y = hints.max_aspect.y = window_h;
+    XSetWMNormalHints(x11.display, outerwindow(info), &hints);
 }
 
 bool opencontext(const SDL_SysWMinfo& info, int width, int height) {
@@ -93,10 +110,19 @@ bool opencontext(const SDL_SysWMinfo& info, int width, int height) {
     }
     EGLConfig config = pickconfig(display, configs);
     fillscreen(display, info.info.x11.window, width, height);
-    const Window child =
-        openchild(display, info.info.x11.window, configvisual(config), width, height);
+    picture = openchild(display, info.info.x11.window, configvisual(config), width, height);
     return eglcontext_makecurrent(
-        config, eglCreateWindowSurface(eglcontext.display, config, child, nullptr));
+        config, eglCreateWindowSurface(eglcontext.display, config, picture, nullptr));
+}
+
+SDL_Surface* openwindow(int width, int height, int depth, Uint32 flags) {
+    if (window_w)
+        return SDL_SetVideoMode(window_w, window_h, depth, resizable ? SDL_RESIZABLE : 0);
+    if (!head)
+        return SDL_SetVideoMode(width, height, depth, flags);
+    // Classic SDL has a window for the window manager behind the full screen: its frame would be
+    // seen on the next monitor.
+    return SDL_SetVideoMode(head->width, head->height, depth, flags | SDL_NOFRAME);
 }
 
 } // namespace
@@ -106,34 +132,66 @@ void x11_setwindow(int width, int height) {
     window_h = height;
 }
 
+void x11_setresizable(int width, int height) {
+    x11_setwindow(width, height);
+    resizable = true;
+}
+
+bool x11_fitpicture(int* width, int* height) {
+    SDL_SysWMinfo info;
+    if (!resizable || !wminfo_query(&info))
+        return false;
+    Display* display = info.info.x11.gfxdisplay;
+    XWindowAttributes window{}, now{};
+    if (!XGetWindowAttributes(display, outerwindow(info), &window) ||
+        !XGetWindowAttributes(display, picture, &now))
+        return false;
+    if (outerwindow(info) != info.info.x11.window)
+        XResizeWindow(display, info.info.x11.window, static_cast<unsigned>(window.width),
+                      static_cast<unsigned>(window.height));
+    *width = std::max(1, std::min(window.width, window.height * window_w / window_h));
+    *height = std::max(1, std::min(window.height, window.width * window_h / window_w));
+    const int x = (window.width - *width) / 2, y = (window.height - *height) / 2;
+    const bool sizechanges = now.width != *width || now.height != *height;
+    if (sizechanges || now.x != x || now.y != y)
+        XMoveResizeWindow(display, picture, x, y, static_cast<unsigned>(*width),
+                          static_cast<unsigned>(*height));
+    return sizechanges;
+}
+
+void x11_onpresent(void (*hook)()) {
+    presenthook = hook;
+}
+
 void port_beforesdl() {
+    head = heads_choose();
     // Under Wayland sessions the compatibility library would pick a driver without X windows.
     setenv("SDL_VIDEODRIVER", "x11", 0);
 }
 
 SDL_Surface* port_setvideomode(int width, int height, int depth, Uint32 flags) {
-    SDL_Surface* surface = window_w
-                               ? SDL_SetVideoMode(window_w, window_h, depth, 0)
-                               : SDL_SetVideoMode(width, height, depth, flags & ~PORT_OPENGLES);
+    SDL_Surface* surface = openwindow(width, height, depth, flags & ~PORT_OPENGLES);
     if (!surface)
         return nullptr;
-    SDL_SysWMinfo info{};
-    if (!windowinfo(&info))
+    SDL_SysWMinfo info;
+    if (!wminfo_query(&info)) {
+        SDL_SetError("SDL has no X11 window");
         return nullptr;
+    }
     info.info.x11.lock_func();
     const bool open = opencontext(info, surface->w, surface->h);
+    if (resizable)
+        keepshape(info);
     info.info.x11.unlock_func();
     return open ? surface : nullptr;
 }
 
 void port_present() {
-    eglSwapBuffers(eglcontext.display, eglcontext.surface);
-}
-
-void port_timeofday(vxqtime_t* now) {
-    gettimeofday(now, nullptr);
-}
-
-float port_framehold() {
-    return 0.02f;
+    static bool told = false;
+    if (!eglSwapBuffers(eglcontext.display, eglcontext.surface) && !told) {
+        fprintf(stderr, "frames cannot be shown (EGL error 0x%04x)\n", unsigned(eglGetError()));
+        told = true;
+    }
+    if (presenthook)
+        presenthook();
 }

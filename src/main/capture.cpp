@@ -1,8 +1,10 @@
 #include "main/capture.h"
 
+#include "framesize.h"
 #include "main/video.h"
 #include "port.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <GLES2/gl2.h>
@@ -10,10 +12,6 @@
 SDL_Surface* screenshot_surface = nullptr;
 
 namespace {
-
-// The phone's screen, whatever the size of this one.
-constexpr int capture_w = 854;
-constexpr int capture_h = 480;
 
 constexpr int maxshots = 4;
 SDL_Surface* shots[maxshots];
@@ -55,6 +53,15 @@ Uint32 averagepixel(SDL_Surface* out, int x, int y, int framecount) {
                       static_cast<Uint8>(blue / n));
 }
 
+bool iscomplete(int framecount) {
+    return std::find(shots, shots + framecount, nullptr) == shots + framecount;
+}
+
+void freeshots(int framecount) {
+    std::for_each(shots, shots + framecount, SDL_FreeSurface);
+    std::fill_n(shots, framecount, nullptr);
+}
+
 SDL_Surface* averageshots(int framecount) {
     SDL_Surface* out = newreadback();
     for (int y = 0; y < out->h; ++y)
@@ -66,14 +73,13 @@ SDL_Surface* averageshots(int framecount) {
 } // namespace
 
 void take_screenshot() {
-    screenshot_surface = newsurface(capture_w, capture_h);
-    SDL_Surface* desktop = port_grabdesktop(capture_w, capture_h);
+    screenshot_surface = newsurface(frame_w, frame_h);
+    SDL_Surface* desktop = port_grabdesktop(frame_w, frame_h);
     if (!desktop)
         return;
-    SDL_SetAlpha(desktop, 0, SDL_ALPHA_OPAQUE);
-    for (int y = 0; y < capture_h; ++y) {
-        SDL_Rect from = {0, static_cast<Sint16>(y), capture_w, 1};
-        SDL_Rect to = {0, static_cast<Sint16>(capture_h - 1 - y), capture_w, 1};
+    for (int y = 0; y < frame_h; ++y) {
+        SDL_Rect from = {0, static_cast<Sint16>(y), frame_w, 1};
+        SDL_Rect to = {0, static_cast<Sint16>(frame_h - 1 - y), frame_w, 1};
         SDL_BlitSurface(desktop, &from, screenshot_surface, &to);
     }
 }
@@ -95,13 +101,14 @@ void save_screenshot(char* filename) {
 }
 
 SDL_Surface* blurredframe(int frame, int framecount) {
+    if (frame < 0 || framecount < 1 || framecount > maxshots)
+        return nullptr;
     const int seq = frame % framecount;
     shots[seq] = get_screenshot();
     if (seq != framecount - 1)
         return nullptr;
-    SDL_Surface* average = averageshots(framecount);
-    for (int i = 0; i < framecount; ++i)
-        SDL_FreeSurface(shots[i]);
+    SDL_Surface* average = iscomplete(framecount) ? averageshots(framecount) : nullptr;
+    freeshots(framecount);
     return average;
 }
 

@@ -20,9 +20,10 @@ void save_screenshot(char* filename);
 
 // Collects the current framebuffer as sub-frame `frame` of groups of framecount (1 to 4); on the
 // last of a group returns their average, which the caller frees, and null before. Call with
-// consecutive frames: a slot that is filled twice leaks.
+// consecutive frames: a slot that is filled twice leaks, and a group that was begun in its middle
+// gives null. So do other counts and negative frames.
 SDL_Surface* blurredframe(int frame, int framecount);
 
-// The same, with the average written as "ss%08i.bmp", numbered frame / framecount, into the working
-// directory.
+// The same, with the average, if there is one, written as "ss%08i.bmp", numbered frame /
+// framecount, into the working directory.
 void screenshot_blur(int frame, int framecount);

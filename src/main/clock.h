@@ -1,26 +1,20 @@
-// The frame clock and the loop service. The one place that reads the time, and the one place where
-// seconds meet beats.
-//
-// The director draws a frame and ends it with system_crap, which shows it, holds it to at least 20
-// ms and recomputes the clock globals below. Effects step their motion frameskip times a frame.
+// The frame clock: time in seconds, in beats and in 20 ms logic ticks. The one place where seconds
+// meet beats. Knows neither SDL nor the port; the loop service (loop.h) reads the time and moves
+// the clock at the end of each frame, and effects step their motion frameskip times a frame.
 #pragma once
 
-#include "port.h"
+#include <sys/time.h>
 
-#include <SDL.h>
+// Wall time, whole seconds and microseconds, both signed.
+using vxqtime_t = struct timeval;
 
 extern float timeval;       // seconds since the clock's start, plus timeval_skip
+extern float timeval_skip;  // seconds added to the demo clock; start position of the music
 extern float beatgrid;      // beats
 extern int frameskip;       // 20 ms logic ticks that the last frame covered; 0 before the first
-extern int mouserull[2];    // wheel clicks of the frame: up (button 4), down (button 5)
-extern bool done_hint;      // set by Escape or a quit event; nothing here acts on it
 extern float frametime;     // seconds from the start to the end of the last frame
 extern float frameskiptime; // seconds of logic ticks owed, in (-0.02, 0] after each frame
-
-// Presented frames and logic ticks since the last rate report; the timer thread zeroes them without
-// a lock, and a lost count is accepted.
-extern volatile int framecounter;
-extern volatile int framecounter_logic;
+extern int mouserull[2];    // wheel clicks of the frame: up (button 4), down (button 5)
 
 // Calibration of the beat grid: seconds of beat 0, seconds of beat beat_lastnum.
 extern float beat_first;
@@ -29,19 +23,6 @@ extern float beat_lastnum;
 
 extern vxqtime_t timestart;                       // demo time zero
 extern vxqtime_t framestart, framedone, frameend; // of the current frame
-extern float screenmode_changetime;               // timeval when a resize is reported settled
-extern bool screenmode_needschange;               // a resize is pending
-
-using event_callback_t = void (*)(SDL_Event*);
-constexpr int maxeventcallbacks = 10;
-extern event_callback_t event_callbacks[maxeventcallbacks];
-extern int cb_count;
-
-// Makes now the zero of demo time and the start of the first frame.
-void time_init();
-
-// The time of day.
-void getvxqtime(vxqtime_t* t);
 
 // result = a - b, with microseconds in 0 .. 999999.
 void vxqtimersub(const vxqtime_t* a, const vxqtime_t* b, vxqtime_t* result);
@@ -52,17 +33,30 @@ float beatgrid_calc(float t);
 // Demo time in seconds of a beat: the way back from beatgrid_calc.
 float beatgrid_seconds(float beats);
 
-// Adds a hook that system_crap calls with every event. At most 10; more are ignored.
-void set_event_callback(event_callback_t cb);
+// The time of day can be set in mid-show, and it goes on while the machine sleeps; the song knows
+// neither. So a second clock watches over it: `awake` are the microseconds of one that nobody sets
+// and that rests as the machine does.
 
-// Ends a frame: events to the hooks, present, frame hold, clock, timed jobs, sync_ack.
-void system_crap();
+// The frame starts, or has just ended and the next one starts, at `awake`.
+void clock_startframe(long long awake);
 
-// Between two loads: drops pending events and presents.
-void system_crap_pre();
+// Whether the time of day at frameend, read just before `awake`, and the second clock differ by
+// more than a second over how long the frame has lasted.
+bool clock_wasset(long long awake);
 
-// The timed jobs of a frame's end, as system_crap does them.
-void sync_dispatcher();
+// Moves zero and the start of the frame so that it lasts as long as the machine was awake. Returns
+// the seconds that zero moved.
+double clock_follow(long long awake);
 
-// SDL timer callback, every 2000 ms: prints the rates and zeroes the counters.
-Uint32 fps_tick(Uint32 interval, void* param);
+// Sets frametime to what lies between framestart and frameend.
+void clock_measure();
+
+// The same for a frame of one logic tick, whatever the time is.
+void clock_tick();
+
+// Starts the frame over at `now` and `awake`; demo time goes on from where it stands.
+void clock_rejoin(const vxqtime_t& now, long long awake);
+
+// Ends the frame that was measured: counts its ticks, starts the next frame at frameend, and sets
+// timeval and beatgrid to it.
+void clock_advance();

@@ -1,26 +1,18 @@
 #include "main/video.h"
 
+#include "glcaps.h"
 #include "main/startup.h"
 #include "port.h"
 
 #include <cassert>
 #include <cstdio>
 #include <GLES2/gl2.h>
-#include <SDL_syswm.h>
-#include <X11/Xatom.h>
 
 SDL_Surface* screen = nullptr;
 int video_w = 0;
 int video_h = 0;
 
 namespace {
-
-SDL_SysWMinfo sysinfo;
-
-bool querywminfo() {
-    sysinfo.version = {1, 2, 14};
-    return SDL_GetWMInfo(&sysinfo) == 1;
-}
 
 void setattributes() {
     port_setattribute(PORT_GL_DEPTH_SIZE, 8);
@@ -46,15 +38,11 @@ void reportversion() {
         fprintf(stderr, "major version error: %s\n", SDL_GetError());
 }
 
-const char* glstring(GLenum name) {
-    return reinterpret_cast<const char*>(glGetString(name));
-}
-
 void reportglstrings() {
-    printf("Vendor     : %s\n", glstring(GL_VENDOR));
-    printf("Renderer   : %s\n", glstring(GL_RENDERER));
-    printf("Version    : %s\n", glstring(GL_VERSION));
-    printf("Extensions : %s\n", glstring(GL_EXTENSIONS));
+    printf("Vendor     : %s\n", glcaps_string(GL_VENDOR));
+    printf("Renderer   : %s\n", glcaps_string(GL_RENDERER));
+    printf("Version    : %s\n", glcaps_string(GL_VERSION));
+    printf("Extensions : %s\n", glcaps_string(GL_EXTENSIONS));
 }
 
 void setviewport() {
@@ -62,11 +50,6 @@ void setviewport() {
                                    static_cast<float>(config_width) * static_cast<float>(video_w));
     const int y = static_cast<int>((video_h - h) * 0.5);
     glViewport(0, y, video_w, h);
-}
-
-// Not every SDL has a full-screen window of its own.
-Window typewindow() {
-    return sysinfo.info.x11.fswindow ? sysinfo.info.x11.fswindow : sysinfo.info.x11.window;
 }
 
 } // namespace
@@ -87,37 +70,41 @@ int init_gl() {
     reportattribute(PORT_GL_DOUBLEBUFFER, "doublebuffer");
     fprintf(stderr, "screen res: %i, %i\n", screen->w, screen->h);
     reportglstrings();
-    video_w = screen->w;
-    video_h = screen->h;
-    fprintf(stderr, "viewport should be now %i, %i\n", video_w, video_h);
-    setviewport();
+    fprintf(stderr, "viewport should be now %i, %i\n", screen->w, screen->h);
+    video_resized(screen->w, screen->h);
     return 0;
 }
 
-void x11info() {
-    if (!querywminfo())
+void video_resized(int width, int height) {
+    video_w = width;
+    video_h = height;
+    setviewport();
+}
+
+void video_skim(bool on) {
+    static GLint viewport[4];
+    static bool skimming = false;
+    if (on == skimming)
         return;
-    const auto& x11 = sysinfo.info.x11;
-    x11.lock_func();
-    fprintf(stderr, "our window id: %08X\n", static_cast<unsigned>(x11.window));
-    fprintf(stderr, "our fswindow id: %08X\n", static_cast<unsigned>(x11.fswindow));
-    fprintf(stderr, "our wmwindow id: %08X\n", static_cast<unsigned>(x11.wmwindow));
-    x11.unlock_func();
+    skimming = on;
+    if (on) {
+        glGetIntegerv(GL_VIEWPORT, viewport);
+        glViewport(0, 0, 1, 1);
+    } else {
+        glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
+    }
+}
+
+void x11info() {
+    port_windownumbers_s numbers;
+    if (!port_windownumbers(&numbers))
+        return;
+    fprintf(stderr, "our window id: %08X\n", static_cast<unsigned>(numbers.window));
+    fprintf(stderr, "our fswindow id: %08X\n", static_cast<unsigned>(numbers.fswindow));
+    fprintf(stderr, "our wmwindow id: %08X\n", static_cast<unsigned>(numbers.wmwindow));
 }
 
 void compositor_fix(int stage) {
-    if (!querywminfo())
-        return;
-    const auto& x11 = sysinfo.info.x11;
-    x11.lock_func();
-    Atom type = XInternAtom(
-        x11.display, stage == 0 ? "_NET_WM_WINDOW_TYPE_DIALOG" : "_NET_WM_WINDOW_TYPE_NORMAL",
-        False);
-    fprintf(stderr, "setting the hildon atom\n");
-    // Where no window manager ever named the property there is none to set.
-    if (Atom property = XInternAtom(x11.display, "_NET_WM_WINDOW_TYPE", True))
-        XChangeProperty(x11.display, typewindow(), property, XA_ATOM, 32, PropModeReplace,
-                        reinterpret_cast<unsigned char*>(&type), 1);
-    XFlush(x11.display);
-    x11.unlock_func();
+    if (port_setwindowtype(stage == 0 ? PORT_WINDOW_DIALOG : PORT_WINDOW_NORMAL))
+        fprintf(stderr, "setting the hildon atom\n");
 }

@@ -13,6 +13,13 @@ extern int video_h;
 // had aborts.
 int init_gl();
 
+// The window has another size now: the viewport follows. Between two frames.
+void video_resized(int width, int height);
+
+// While skimming, the window's picture is not drawn, all else goes on as in full play: for getting
+// to a moment fast. Between two frames.
+void video_skim(bool on);
+
 // Reports the X window numbers; nothing where there are none.
 void x11info();
 

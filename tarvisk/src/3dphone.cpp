@@ -1,30 +1,17 @@
-// The phone: a textured model whose screen shows another picture. It flies in over the desktop,
-// jumps a little on every beat, spins twice, and comes so near that the camera passes through its
-// screen into the city.
+// The phone: a textured model whose screen shows another picture. In the first scene it flies
+// (phoneflight), later the director poses it.
 #include "3dphone.h"
 
-#include "demo.h"
 #include "effects.h"
 #include "main/clock.h"
-#include "main/startup.h"
 #include "model.h"
+#include "phoneflight.h"
 #include "shader.h"
-#include "spring.h"
-#include "sync.h"
-#include "util.h"
+#include "stage.h"
 
-#include <cmath>
-#include <cstdio>
 #include <glm/gtc/matrix_transform.hpp>
-#include <glm/gtc/type_ptr.hpp>
-#include <iterator>
 
-glm::mat4 phone_rotation_mv(1.0f);
-glm::mat4 phone_projection(1.0f);
 GLuint phonescreentex = 0;
-texture_c nysitex;
-bool show_whiteback = false;
-bool flyphone_tunnelready = false;
 void (*draw_the_phone_ptr)(bool stencil) = nullptr;
 
 namespace {
@@ -62,8 +49,6 @@ void main() {
 }
 )";
 
-// ---- the model ----
-
 constexpr glm::vec3 meshcenter(0.0f, 61.55f, 5.4845f); // model units, like all lengths below
 
 // The visible screen. u runs down the phone's long side, so a landscape picture fills it.
@@ -76,57 +61,46 @@ const realvert_s screenverts[6] = {
     {{right, bottom, front}, {1.0f, 1.0f}, facing}, {{right, top, front}, {0.0f, 1.0f}, facing},
 };
 
-void attach(const realvert_s* verts) {
-    shader.array("pos", 3, GL_FLOAT, sizeof(realvert_s), &verts->pos);
-    shader.array("uv", 2, GL_FLOAT, sizeof(realvert_s), &verts->tc);
-    shader.array("nor", 3, GL_FLOAT, sizeof(realvert_s), &verts->nor);
-}
-
-void detach() {
-    shader.array("pos", 3, GL_FLOAT, 0, nullptr);
-    shader.array("uv", 2, GL_FLOAT, 0, nullptr);
-    shader.array("nor", 3, GL_FLOAT, 0, nullptr);
-}
-
 void setmatrices() {
     const glm::mat4 model = glm::translate(phone_rotation_mv, -meshcenter);
     const glm::mat4 mvp = phone_projection * model;
     const glm::mat3 mv(phone_rotation_mv);
     shader.use();
-    glUniform1f(shader.uniform("time"), timeval);
-    glUniformMatrix4fv(shader.uniform("mvp"), 1, GL_FALSE, glm::value_ptr(mvp));
-    glUniformMatrix3fv(shader.uniform("mv"), 1, GL_FALSE, glm::value_ptr(mv));
+    shader.set("time", timeval);
+    shader.set("mvp", mvp);
+    shader.set("mv", mv);
 }
 
 // What is drawn next leaves `value` in the stencil buffer where it is seen.
 void writestencil(GLint value) {
     glStencilFunc(GL_ALWAYS, value, 1);
     glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
-    glStencilMask(1);
 }
 
 void drawscreen() {
     tex.textureid = phonescreentex;
     shader.texture("tex", 0, tex);
-    attach(screenverts);
+    attachverts(shader, screenverts);
     glDrawArrays(GL_TRIANGLES, 0, 6);
 }
 
 void drawbody() {
     shader.texture("tex", 0, nysitex);
-    attach(nysi->data);
+    attachverts(shader, nysi->data);
     glDrawArrays(GL_TRIANGLES, 0, 3 * nysi->fcnt);
 }
 
 void draw_the_phone(bool stencil) {
     setmatrices();
-    if (stencil)
+    if (stencil) {
         writestencil(1);
+        glStencilMask(1);
+    }
     drawscreen();
     if (stencil)
         writestencil(0);
     drawbody();
-    detach();
+    detachverts(shader);
 }
 
 void phoneinit() {
@@ -137,183 +111,12 @@ void phoneinit() {
     draw_the_phone_ptr = draw_the_phone;
 }
 
-// ---- the flight ----
-
-spring_c<float> zfix(0.0f, 0.0f, 0.0015f, 0.974f);      // towards the viewer, model units
-spring_c<float> angfix(0.0f, 0.0f, 0.0013f, 0.954532f); // tilt about x, degrees
-spring_c<float> angfix2(0.0f, 0.0f, 0.0026f, 0.971f);   // turn about y, degrees
-spring_c<float> angfix3(0.0f, 0.0f, 0.0001f, 0.911f);   // roll about z, degrees
-float zpos = -35.71f;                                   // where zfix 0 lies, model units
-
-// What the flight is at: an index of the targets below, and a latch for the hand-stepped key.
-constexpr int latch = 0x80;
-int state = 0;
-
-void spin() {
-    angfix.pos -= 360.0f;
-}
-
-struct flightevent_s {
-    const char* name;
-    float beat;
-    void (*action)();
-};
-
-// The second "phonefly4-2" finds the first, so beat 34 goes to state 3 and at once on to 4.
-const flightevent_s flightevents[] = {
-    {"phonefly1", 0.0f,
-     [] {
-         state = 7;
-         zfix.acc = 0.0004f;
-     }},
-    {"phonefly2", 1.0f,
-     [] {
-         state = 6;
-         zfix.acc = 0.0015f;
-     }},
-    {"phonefly3", 6.5f, [] { state = 4; }},
-    {"phonespin1", 4.5f, [] { spin(); }},
-    {"phonefly4", 20.0f, [] { state = 2; }},
-    {"phonefly4-2", 34.0f, [] { state = 3; }},
-    {"phonefly4-2", 37.0f, [] { state = 4; }},
-    {"phonefly5", 48.0f, [] { state = 1; }},
-    {"phonefly6", 64.0f, [] { state = 0; }},
-    {"phonefly7", 110.0f,
-     [] {
-         state = 5;
-         zfix.acc = 0.0015f;
-     }},
-    {"phonefly8", 112.0f, [] { state = 6; }},
-    {"phonefly9", 114.0f,
-     [] {
-         spin();
-         angfix.damp = 0.93f;
-         zfix.acc = 0.0015f;
-     }},
-};
-
-void runevents() {
-    for (const flightevent_s& event : flightevents)
-        if (sync_c(event.name, event.beat, 0).once())
-            event.action();
-}
-
-// Half-way through the second spin the desktop gives way to white.
-void turnwhite() {
-    if (sync_c("phonefly9", 0, 0).past() && angfix.pos > -180.0f)
-        show_whiteback = true;
-}
-
-void nudgebywheel() {
-    const int clicks = mouserull[0] - mouserull[1];
-    if (clicks == 0)
-        return;
-    zpos += clicks * 0.01f;
-    fprintf(stderr, "zpos: %.3f\n", double(zpos));
-}
-
-// Space or a mouse button steps through states 1 to 4 and back to 0, once a press.
-void stepbyhand() {
-    if (!keystate[SDLK_SPACE] && SDL_GetMouseState(nullptr, nullptr) == 0) {
-        state &= ~latch;
-        return;
-    }
-    if (state & latch)
-        return;
-    ++state;
-    fprintf(stderr, "state is now: %i\n", state);
-    state = (state & ~latch) == 5 ? latch : state | latch;
-}
-
-// The camera has reached the screen: it flies on through the city at the phone's speed.
-void handover() {
-    fprintf(stderr, "running at pos %.5f vel %.5f. accfac %.5f\n", double(zfix.pos),
-            double(zfix.vel), double(zfix.acc));
-    tunnelflyer.pos = glm::vec3(0.0f, 0.0f, zfix.pos);
-    tunnelflyer.vel = glm::vec3(0.0f, 0.0f, zfix.vel);
-    zfix.pos = zfix.vel = 0.0f;
-    flyphone_tunnelready = true;
-}
-
-void approachscreen() {
-    if (!sync_c("phonefly10", 127, 0).past())
-        return;
-    state = 0;
-    if (zfix.pos > 0.0f)
-        handover();
-}
-
-struct target_s {
-    float z, tilt, turn, sway; // of zfix, angfix, angfix2; times sin(timeval), added to turn
-};
-
-const target_s targets[] = {
-    {0.0f, 0.0f, 0.0f, 0.0f},     {-10.0f, -20.0f, -10.0f, 8.0f}, {-30.0f, -10.0f, 10.0f, 6.0f},
-    {-170.0f, 80.0f, 0.0f, 0.0f}, {-40.0f, 10.0f, 20.0f, 1.0f},   {-160.0f, 0.0f, 0.0f, 0.0f},
-    {-50.0f, 0.0f, 0.0f, 0.0f},   {-120.0f, 0.0f, 0.0f, 0.0f},    {-20.0f, 0.0f, 0.0f, 0.0f},
-};
-
-void settargets() {
-    const size_t index = state & ~latch;
-    if (index >= std::size(targets)) // stepped by hand beyond the last
-        return;
-    const target_s& target = targets[index];
-    zfix.targetpos = target.z;
-    angfix.targetpos = target.tilt;
-    angfix2.targetpos = std::sin(timeval) * target.sway + target.turn;
-}
-
-// The phone jumps on every beat, except at rest in state 0; 0 with the latch is no rest.
-void clickonbeat() {
-    static bool clicker = false;
-    const float phase = beatgrid - std::floor(beatgrid);
-    if (state == 0)
-        return;
-    if (phase < 0.1f && !clicker) {
-        zfix.pos += 0.3f;
-        clicker = true;
-    } else if (phase > 0.1f) {
-        clicker = false;
-    }
-}
-
-void stepsprings() {
-    for (spring_c<float>* spring : {&zfix, &angfix, &angfix2, &angfix3})
-        spring->iterate(frameskip);
-}
-
-// From the event on the stars stream with the phone's motion.
-void movestars() {
-    static float oldzfixpos = 0.0f;
-    if (!sync_c("starmover", 132, 0).past())
-        return;
-    sf_zchange = (oldzfixpos - zfix.pos) * 0.001f;
-    oldzfixpos = zfix.pos;
-}
-
-void setpose() {
-    glm::mat4 mv = glm::translate(glm::mat4(1.0f), {0.0f, 0.0f, zfix.pos + zpos});
-    mv = util::rotate(mv, angfix.pos, {1.0f, 0.0f, 0.0f});
-    mv = util::rotate(mv, angfix2.pos, {0.0f, 1.0f, 0.0f});
-    phone_rotation_mv = util::rotate(mv, angfix3.pos + 90.0f, {0.0f, 0.0f, 1.0f});
-}
-
 class effect_c : public demoeffect_c {
 public:
     void initgl() override { phoneinit(); }
 
     void draw() override {
-        phone_projection = util::perspective(70.0f, 1.0f, 3000.0f);
-        nudgebywheel();
-        stepbyhand();
-        runevents();
-        turnwhite();
-        approachscreen();
-        settargets();
-        clickonbeat();
-        stepsprings();
-        movestars();
-        setpose();
+        phoneflight_move();
         draw_the_phone(true);
     }
 };

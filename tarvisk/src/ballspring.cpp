@@ -12,14 +12,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <glm/gtc/matrix_transform.hpp>
-#include <glm/gtc/type_ptr.hpp>
 
 float gravforce = 1.0f;
 
 namespace {
 
 constexpr int particlecount = 400;
-constexpr float maxpointsize = 50.0f; // pixels
+
+// Pixels. What the dots reach up to beat 340; of those that pass the viewer later some are larger.
+constexpr float maxpointsize = 250.0f;
 
 struct particle_s {
     glm::vec3 pos;
@@ -94,8 +95,8 @@ glm::vec3 push(int i) {
 // Nothing ends the push. Whom it has driven far out of sight waits at a point that is always
 // clipped, before its place is a number no more.
 vertex_s shown(const glm::vec3& pos) {
-    constexpr float far = 1e6f;
-    if (glm::length(pos) < far)
+    constexpr float far = 1e30f;
+    if (glm::all(glm::lessThanEqual(glm::abs(pos), glm::vec3(far)))) // no, of what is no number
         return {pos.x, pos.y, pos.z};
     return {far, 0.0f, 0.0f};
 }
@@ -133,8 +134,8 @@ void setmatrices() {
     const glm::mat4 view = util::rotate(glm::mat4(1.0f), timeval * 10.0f, {1.0f, 0.0f, 0.6f});
     const glm::mat4 mvp = projection * position * view;
     const glm::mat3 view3(view);
-    glUniformMatrix4fv(shadi.uniform("mvp"), 1, GL_FALSE, glm::value_ptr(mvp));
-    glUniformMatrix3fv(shadi.uniform("mv"), 1, GL_FALSE, glm::value_ptr(view3));
+    shadi.set("mvp", mvp);
+    shadi.set("mv", view3);
 }
 
 class effect_c : public demoeffect_c {
@@ -159,8 +160,8 @@ public:
             moveparticle(i, normalsize);
         kickonbeat();
         shadi.use();
-        glUniform1f(shadi.uniform("time"), timeval);
-        glUniform1f(shadi.uniform("beat"), beatdecay());
+        shadi.set("time", timeval);
+        shadi.set("beat", beatdecay());
         setmatrices();
         shadi.texture("tex", 0, tex);
         shadi.array("pos", 3, GL_FLOAT, 0, vertex_data);

@@ -140,9 +140,8 @@ public:
         shader.texture("texnor", 1, texnor);
         shader.texture("texdecal", 2, texdecal);
         const spring_c<glm::vec2>& mover = moveview();
-        glUniform2f(shader.uniform("scale"), mover.pos.x, mover.pos.y);
-        const glm::vec3 light = movelight(mover.targetpos);
-        glUniform3f(shader.uniform("lightdir"), light.x, light.y, light.z);
+        shader.set("scale", mover.pos);
+        shader.set("lightdir", movelight(mover.targetpos));
         shader.array("pos", 2, GL_FLOAT, 0, screen);
         glDrawArrays(GL_TRIANGLE_STRIP, 0, 4); // "pos" stays on: who needs its index sets it
     }

@@ -1,10 +1,9 @@
 #include "city.h"
 
-#include "3dphone.h"
+#include "stage.h"
 
 #include <cstdio>
 #include <glm/gtc/matrix_transform.hpp>
-#include <glm/gtc/type_ptr.hpp>
 #include <vector>
 
 namespace {
@@ -148,9 +147,9 @@ void drawInstance(const shader_c& shader, const citysplit_s& blocks, const glm::
         return;
     const glm::mat4 omv = glm::translate(mv, offset);
     const glm::mat4 MVP_local = phone_projection * omv;
-    const glm::vec4 citySpacePos = glm::inverse(omv) * glm::vec4(0.0f, 0.0f, 0.0f, 1.0f);
-    glUniformMatrix4fv(shader.uniform("mvp"), 1, GL_FALSE, glm::value_ptr(MVP_local));
-    glUniform3f(shader.uniform("citySpacePos"), citySpacePos.x, citySpacePos.y, citySpacePos.z);
+    const glm::vec3 citySpacePos(glm::inverse(omv) * glm::vec4(0.0f, 0.0f, 0.0f, 1.0f));
+    shader.set("mvp", MVP_local);
+    shader.set("citySpacePos", citySpacePos);
     for (int b = 0; b < cityblocks; ++b)
         if (citymask & 1 << b)
             glDrawElements(GL_TRIANGLES, blocks.blockElementsCount[b], GL_UNSIGNED_SHORT,

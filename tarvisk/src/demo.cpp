@@ -3,11 +3,14 @@
 #include "3dphone.h"
 #include "effects.h"
 #include "main/capture.h"
-#include "main/clock.h"
+#include "main/leave.h"
+#include "main/loop.h"
 #include "main/startup.h"
 #include "main/video.h"
+#include "phoneflight.h"
+#include "schedule.h"
 #include "screenshot.h"
-#include "sync.h"
+#include "stage.h"
 #include "util.h"
 
 #include <algorithm>
@@ -16,12 +19,6 @@
 #include <glm/gtc/matrix_transform.hpp>
 #include <initializer_list>
 
-spring_c<glm::vec3> tunnelflyer;
-fbo_c* orangetex_fbo = nullptr;
-fbo_c* orange_fbo = nullptr;
-fbo_c* scrollertex_fbo = nullptr;
-texture_c screenshottex;
-GLuint orangetex = 0;
 bool die = false;
 
 namespace {
@@ -33,16 +30,6 @@ constexpr glm::vec3 zaxis(0.0f, 0.0f, 1.0f);
 texture_c whiteback;
 texture_c callscreentex;
 texture_c woodstex;
-
-// ---- the schedule's two questions ----
-
-bool fires(const char* name, float beat) {
-    return sync_c(name, beat, 0).once();
-}
-
-bool past(const char* name, float beat) {
-    return sync_c(name, beat, 0).past();
-}
 
 // ---- poses and state that scenes share ----
 
@@ -94,17 +81,17 @@ float beatssince(float beat) {
 
 // ---- scene 1: the phone over the desktop, then the city through its screen ----
 
-enum generator_t { GEN_NONE, GEN_LOGO, GEN_JUICE, GEN_ORANGE };
+enum class generator_t { none, logo, juice, orange };
 
-generator_t do_orange = GEN_NONE; // what renders the picture on the phone's screen
-bool shouldwescroll = false;      // the orbiting scroller is active
+generator_t do_orange = generator_t::none; // what renders the picture on the phone's screen
+bool shouldwescroll = false;               // the orbiting scroller is active
 
 void runscroller() {
-    if (fires("startorbitscroller", 11))
+    if (fires(cue::startorbitscroller))
         shouldwescroll = true;
-    if (past("stoporbitscroller-bum", 48))
+    if (past(cue::stoporbitscroller_bum))
         orbitradius += frameskip * 0.3f;
-    if (fires("stoporbitscroller", 53))
+    if (fires(cue::stoporbitscroller))
         shouldwescroll = false;
     if (shouldwescroll)
         drawinto(scrollertex_fbo, {scrollertexgen, pelvar});
@@ -112,15 +99,15 @@ void runscroller() {
 
 void rendergenerator() {
     switch (do_orange) {
-    case GEN_NONE:
+    case generator_t::none:
         break;
-    case GEN_LOGO:
+    case generator_t::logo:
         drawinto(orange_fbo, {vxqlogo});
         break;
-    case GEN_JUICE:
+    case generator_t::juice:
         drawinto(orange_fbo, {mujuice});
         break;
-    case GEN_ORANGE:
+    case generator_t::orange:
         drawinto(orangetex_fbo, {orangetexgen});
         orangetex = orangetex_fbo->colortex;
         drawinto(orange_fbo, {orange, heart, lace});
@@ -134,16 +121,16 @@ void showgenerator(generator_t generator) {
 }
 
 void runphonescreen() {
-    if (fires("phonetex_shot", 0))
+    if (fires(cue::phonetex_shot))
         phonescreentex = screenshottex.textureid;
-    if (fires("phonetex_vxqlogo", 8))
-        showgenerator(GEN_LOGO);
-    if (fires("phonetex_mu", 32))
-        showgenerator(GEN_JUICE);
-    if (fires("phonetex_orange", 52))
-        showgenerator(GEN_ORANGE);
-    if (fires("phonetex_callscreen", 104)) {
-        do_orange = GEN_NONE;
+    if (fires(cue::phonetex_vxqlogo))
+        showgenerator(generator_t::logo);
+    if (fires(cue::phonetex_mu))
+        showgenerator(generator_t::juice);
+    if (fires(cue::phonetex_orange))
+        showgenerator(generator_t::orange);
+    if (fires(cue::phonetex_callscreen)) {
+        do_orange = generator_t::none;
         phonescreentex = callscreentex.textureid;
     } else {
         rendergenerator();
@@ -189,14 +176,14 @@ void revealcity() {
     if (viewport >= 0.8f)
         return;
     const double height = (viewport + sin(timeval * 3.0) * 0.04166) * video_h;
-    // GL refuses a negative height and would keep the box of before.
-    glScissor(0, 0, video_w, std::max(0, static_cast<int>(height)));
+    // Below 0 in the wobble's lower half: GL refuses that and keeps the box of before.
+    glScissor(0, 0, video_w, static_cast<int>(height));
     glEnable(GL_SCISSOR_TEST);
 }
 
 void flycity() {
     tunnelflyer.pos += static_cast<float>(frameskip) * tunnelflyer.vel;
-    if (fires("tunnelupmove", 156))
+    if (fires(cue::tunnelupmove))
         tunnelflyer.vel.y -= 1.0f;
 }
 
@@ -238,7 +225,7 @@ void scene_phone() {
             drawinsidescreenonly();
         }
         drawrisingcity();
-        if (fires("stoptunnel", 160))
+        if (fires(cue::stoptunnel))
             return;
         system_crap();
     }
@@ -247,13 +234,13 @@ void scene_phone() {
 // ---- scenes 2 to 7 ----
 
 void movecredits() {
-    if (fires("bump1", 165))
+    if (fires(cue::bump1))
         bumptgt = 10;
-    if (fires("bump2", 170))
+    if (fires(cue::bump2))
         bumptgt = 20;
-    if (fires("bump3", 173))
+    if (fires(cue::bump3))
         bumptgt = 30;
-    if (fires("bump4", 178))
+    if (fires(cue::bump4))
         bumptgt = 40;
 }
 
@@ -264,7 +251,7 @@ void scene_credits() {
         bump->draw();
         system_crap();
         movecredits();
-    } while (!fires("stopgear", 180));
+    } while (!fires(cue::stopgear));
 }
 
 void lookbackovercity() {
@@ -288,7 +275,7 @@ void scene_gear() {
         tunnel->draw();
         drawgear(1);
         system_crap();
-    } while (!fires("stopfly2", 208));
+    } while (!fires(cue::stopfly2));
 }
 
 void scene_ripples() {
@@ -296,9 +283,10 @@ void scene_ripples() {
         clearframe();
         ripsilu->draw();
         drawgear(1);
-        ripsilu_mm = std::clamp(beatgrid - 211.0f, 0.0f, 1.0f); // seen from the next pass on
+        ripsilu_mm =
+            std::clamp(beatgrid - beat::ripples_whiten, 0.0f, 1.0f); // seen from the next pass on
         system_crap();
-    } while (!fires("stopbump", 212));
+    } while (!fires(cue::stopbump));
 }
 
 void scene_dode() {
@@ -309,16 +297,17 @@ void scene_dode() {
         dode->draw();
         drawgear(2);
         system_crap();
-    } while (!fires("stopdode", 240));
+    } while (!fires(cue::stopdode));
 }
 
-// The rocket rises, the city bursts, and the camera shakes ever harder.
+// The city bursts, and the camera shakes ever harder. rockety is set for a rocket that no scene
+// draws.
 void explode() {
-    const float shake = frameskip * beatssince(250.0f);
+    const float shake = frameskip * beatssince(beat::city_shakes);
     const glm::vec3 jolt = util::vecRand3(0.0f, shake);
-    rockety = (beatgrid - 250.0f) * 0.4f - 1.1f;
-    citybomb = beatssince(248.0f) * 0.2f;
-    horizonbomb = beatssince(248.0f) * 0.1f;
+    rockety = (beatgrid - beat::city_shakes) * 0.4f - 1.1f;
+    citybomb = beatssince(beat::city_bursts) * 0.2f;
+    horizonbomb = beatssince(beat::city_bursts) * 0.1f;
     tunnelflyer.pos += jolt;
 }
 
@@ -334,11 +323,11 @@ void scene_rocket() {
         tunnelflyer.pos.x += frameskip;
         tunnelflyer.pos.z += frameskip * 0.1f;
         zreset->draw();
-        if (beatgrid > 248.0f)
+        if (beatgrid > beat::city_bursts)
             explode();
         tunnel->draw();
         system_crap();
-    } while (!fires("stopfly3", 256));
+    } while (!fires(cue::stopfly3));
 }
 
 void scene_face() {
@@ -346,7 +335,7 @@ void scene_face() {
         clearframe();
         face->draw();
         fluid->draw();
-        if (fires("stopduce", 273))
+        if (fires(cue::stopduce))
             return;
         system_crap();
     }
@@ -376,17 +365,20 @@ void turnstars(float ang) {
     starang = ang - 117.0f;
 }
 
-// The face falls away; while it is in the picture it is drawn twice, twice as strong.
-void dropface() {
-    const float fallen = beatssince(279.0f) * 0.5f;
-    ylift = -(fallen * fallen);
+// The face leaves upwards, ever faster. At first it is drawn twice: unblended, at equal depth, the
+// second time changes nothing.
+void leaveface() {
+    const float way = beatssince(beat::face_leaves) * 0.5f;
+    ylift = -(way * way);
     if (ylift > -1.0f)
         face->draw();
     face->draw();
 }
 
 orbit_s spaceorbit() {
-    return {std::sqrt(beatssince(279.0f) / 9.0f) * 117.0f, 300.0f - 50.0f * (beatgrid - 273.0f)};
+    constexpr float turn = cue::stopspacefly.beat - beat::face_leaves; // beats that it takes
+    return {std::sqrt(beatssince(beat::face_leaves) / turn) * 117.0f,
+            300.0f - 50.0f * (beatgrid - cue::stopduce.beat)};
 }
 
 void scene_spacefly() {
@@ -394,22 +386,22 @@ void scene_spacefly() {
     for (;;) {
         clearframe();
         starfield2->draw();
-        dropface();
+        leaveface();
         lastorbit = spaceorbit();
         turnstars(lastorbit.ang);
         setspacepose(lastorbit);
         phonedraw();
-        if (fires("stopspacefly", 288))
+        if (fires(cue::stopspacefly))
             return;
         system_crap();
     }
 }
 
 void drawfinale() {
-    gravforce = std::sin(timeval) * 0.1f + 1.0f + beatssince(300.0f) * 0.02f;
+    gravforce = std::sin(timeval) * 0.1f + 1.0f + beatssince(cue::textbox.beat) * 0.02f;
     starfield2->draw();
     ballspring->draw();
-    if (past("textbox", 300))
+    if (past(cue::textbox))
         textbox->draw();
     phonedraw();
 }
@@ -436,15 +428,14 @@ void scene_finale() {
 // ---- set-up ----
 
 void event_cb(SDL_Event* event) {
-    const bool quitkey = event->type == SDL_KEYDOWN && event->key.keysym.sym == SDLK_q;
-    if (quitkey || event->type == SDL_QUIT)
+    if (asks_to_leave(*event))
         leave_show();
 }
 
 // Each effect that has loaded is presented, so that the window stays alive.
 void loadeffects() {
     for (const effectentry_s& entry : effectlist) {
-        if (&entry != effectlist)
+        if (&entry != std::begin(effectlist))
             system_crap_pre();
         entry.effect->initgl();
     }
@@ -464,16 +455,16 @@ void loadpictures() {
 
 } // namespace
 
-const scene_s demo_scenes[scenecount] = {
-    {"phone and desktop", scene_phone},
-    {"credits in the rock", scene_credits},
-    {"gear city", scene_gear},
-    {"ripples", scene_ripples},
-    {"jelly solid", scene_dode},
-    {"explosion", scene_rocket},
-    {"face", scene_face},
-    {"space flight", scene_spacefly},
-    {"finale", scene_finale},
+const std::vector<scene_s> demo_scenes = {
+    {"phone and desktop", 0.0f, scene_phone},
+    {"credits in the rock", cue::stoptunnel.beat, scene_credits},
+    {"gear city", cue::stopgear.beat, scene_gear},
+    {"ripples", cue::stopfly2.beat, scene_ripples},
+    {"jelly solid", cue::stopbump.beat, scene_dode},
+    {"explosion", cue::stopdode.beat, scene_rocket},
+    {"face", beat::face, scene_face},
+    {"space flight", cue::stopduce.beat, scene_spacefly},
+    {"finale", cue::stopspacefly.beat, scene_finale},
 };
 const char* demo_scene = "";
 
@@ -484,10 +475,10 @@ void demo_config() {
 void demo_init() {
     orange->init();
     orangetexgen->init();
-    song_file = "tarvisk.ogg";
-    beat_first = 0.128f;
-    beat_last = 5.207f;
-    beat_lastnum = 8.0f;
+    song_file = demo_song;
+    beat_first = grid::first;
+    beat_last = grid::last;
+    beat_lastnum = grid::lastnum;
 }
 
 void demo_initgl() {
@@ -506,16 +497,4 @@ void demo_run() {
         demo_scene = scene.name;
         scene.play();
     }
-}
-
-void demo_rehearse() {
-    loadpictures();
-    lookbackovercity();
-    phonescreentex = woodstex.textureid;
-    texturetesttex = whiteback.textureid;
-    drawinto(scrollertex_fbo, {scrollertexgen});
-    scrollertex = scrollertex_fbo->colortex;
-    drawinto(orangetex_fbo, {orangetexgen});
-    orangetex = orangetex_fbo->colortex;
-    usedepth();
 }

@@ -4,8 +4,8 @@
 #include "glcaps.h"
 #include "main/clock.h"
 #include "model.h"
+#include "schedule.h"
 #include "shader.h"
-#include "sync.h"
 #include "util.h"
 
 #include <algorithm>
@@ -13,7 +13,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <glm/gtc/matrix_transform.hpp>
-#include <glm/gtc/type_ptr.hpp>
 #include <vector>
 
 namespace {
@@ -40,6 +39,10 @@ float vertexpair_dist[maxpairs + 1]; // at rest
 
 int polyvert_count;
 int polyidx_count;
+// Of every corner in this frame.
+std::vector<glm::vec3> polyverts;
+std::vector<glm::vec3> polynormals;
+std::vector<char> normalset;
 GLuint polyidx[maxcorners];
 int vertex_double[maxcorners]; // a triangle corner's place in vertexes
 
@@ -126,9 +129,9 @@ void startdisturbances(countdowns_t& app) {
         app[app_shake] += 2;
         lb = beat;
     }
-    if (sync_c("dodebum", 224, 0).once())
+    if (fires(cue::dodebum))
         app[app_wobble] += 10;
-    if (sync_c("dodebum2", 232.5f, 0).once())
+    if (fires(cue::dodebum2))
         app[app_wobble] += 2;
 }
 
@@ -216,23 +219,21 @@ void setuniforms() {
     mv = util::rotate(mv, timeval * 50.0f, {0.0f, 0.0f, 1.0f});
     const glm::mat4 mvp = proj * mv;
     const glm::mat3 view3(mv);
-    glUniform1f(shader.uniform("time"), timeval);
-    glUniformMatrix4fv(shader.uniform("mvp"), 1, GL_FALSE, glm::value_ptr(mvp));
-    glUniformMatrix3fv(shader.uniform("mv"), 1, GL_FALSE, glm::value_ptr(view3));
-    glUniform3f(shader.uniform("lightdir"), lightdir.x, lightdir.y, lightdir.z);
+    shader.set("time", timeval);
+    shader.set("mvp", mvp);
+    shader.set("mv", view3);
+    shader.set("lightdir", lightdir);
 }
 
-std::vector<glm::vec3> cornerpositions() {
-    std::vector<glm::vec3> polyverts(static_cast<size_t>(polyvert_count));
+void placecorners() {
     for (size_t k = 0; k < polyverts.size(); ++k)
         polyverts[k] = vertexes[vertex_double[k]];
-    return polyverts;
 }
 
 // The facet's normal at each of its corners, from the body as it is bent now.
-std::vector<glm::vec3> cornernormals(const std::vector<glm::vec3>& polyverts) {
-    std::vector<glm::vec3> polynormals(polyverts.size());
-    std::vector<int> set(polyverts.size());
+void turncorners() {
+    std::fill(polynormals.begin(), polynormals.end(), glm::vec3(0.0f));
+    std::fill(normalset.begin(), normalset.end(), 0);
     for (int i = 0; i + 2 < polyidx_count; i += 3) {
         const glm::vec3& p0 = polyverts[polyidx[i]];
         const glm::vec3& p1 = polyverts[polyidx[i + 1]];
@@ -240,24 +241,21 @@ std::vector<glm::vec3> cornernormals(const std::vector<glm::vec3>& polyverts) {
         const glm::vec3 n = glm::normalize(glm::cross(p1 - p0, p2 - p0));
         for (int k = i; k < i + 3; ++k) {
             polynormals[polyidx[k]] = n;
-            set[polyidx[k]] = 1;
+            normalset[polyidx[k]] = 1;
         }
     }
-    for (size_t k = 0; k < set.size(); ++k)
-        if (!set[k])
+    for (size_t k = 0; k < normalset.size(); ++k)
+        if (!normalset[k])
             fprintf(stderr, "%zu not set\n", k);
-    return polynormals;
 }
 
 void drawbody() {
-    const std::vector<glm::vec3> polyverts = cornerpositions();
-    const std::vector<glm::vec3> polynormals = cornernormals(polyverts);
+    placecorners();
+    turncorners();
     shader.array("pos", 3, GL_FLOAT, sizeof(glm::vec3), polyverts.data());
     shader.array("nor", 3, GL_FLOAT, sizeof(glm::vec3), polynormals.data());
     glDrawElements(GL_TRIANGLES, polyidx_count, GL_UNSIGNED_INT, polyidx);
-    shader.array("pos", 3, GL_FLOAT, 0, nullptr);
-    shader.array("uv", 2, GL_FLOAT, 0, nullptr);
-    shader.array("nor", 3, GL_FLOAT, 0, nullptr);
+    detachverts(shader);
 }
 
 class effect_c : public demoeffect_c {
@@ -268,6 +266,9 @@ public:
         loadvertexes();
         loadcorners();
         joinpairs();
+        polyverts.resize(static_cast<size_t>(polyvert_count));
+        polynormals.resize(polyverts.size());
+        normalset.resize(polyverts.size());
     }
 
     void draw() override {

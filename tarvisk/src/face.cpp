@@ -3,6 +3,7 @@
 #include "effects.h"
 #include "main/clock.h"
 #include "quad.h"
+#include "schedule.h"
 #include "shader.h"
 #include "texture.h"
 
@@ -28,10 +29,7 @@ void main() {
 )";
 
 // Nothing gives tex2 a unit: it reads unit 0.
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 uniform float time;
 uniform float u_mm;
 uniform float u_mmx;
@@ -42,23 +40,30 @@ void main() {
 }
 )";
 
-constexpr float firstbeat = 256.0f;
-constexpr float facebeat = 14.0f; // all beats below count from firstbeat
-
 struct look_s {
     const texture_c& picture;
     float gain; // factor on every channel
     float dim;  // subtracted from every channel; below 0 it whitens
 };
 
-float fadeout(float beat, float start) {
-    return std::clamp(1.0f + (beat - start) * -0.5f, 0.0f, 1.0f);
+// Beats since the scene's first.
+float scenebeats() {
+    return beatgrid - beat::face;
 }
 
-look_s lookat(float beat) {
-    if (beat < facebeat)
-        return {tex2, fadeout(beat, 12.0f), std::sqrt(std::clamp(beat * 0.25f, 0.0f, 1.0f)) - 1.0f};
-    return {tex, 1.0f, fadeout(beat, facebeat)};
+// From 1 down to 0 over two beats.
+float fadeout(float start) {
+    return std::clamp(1.0f + (beatgrid - start) * -0.5f, 0.0f, 1.0f);
+}
+
+float fadein() {
+    return std::sqrt(std::clamp(scenebeats() * 0.25f, 0.0f, 1.0f));
+}
+
+look_s currentlook() {
+    if (beatgrid < beat::face_rises)
+        return {tex2, fadeout(beat::backdrop_fades), fadein() - 1.0f};
+    return {tex, 1.0f, fadeout(beat::face_rises)};
 }
 
 class effect_c : public demoeffect_c {
@@ -70,14 +75,13 @@ public:
     }
 
     void draw() override {
-        const float beat = beatgrid - firstbeat;
-        const look_s look = lookat(beat);
+        const look_s look = currentlook();
         shader.use();
         shader.texture("tex", 0, look.picture);
-        glUniform1f(shader.uniform("u_mmx"), look.gain);
-        glUniform1f(shader.uniform("u_mm"), look.dim);
-        glUniform1f(shader.uniform("time"), beat);
-        glUniform2f(shader.uniform("ym"), -1.0f, (-1.0f - ylift) - 0.08f);
+        shader.set("u_mmx", look.gain);
+        shader.set("u_mm", look.dim);
+        shader.set("time", scenebeats());
+        shader.set("ym", {-1.0f, (-1.0f - ylift) - 0.08f});
         quad::draw(shader);
     }
 };

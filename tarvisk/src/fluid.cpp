@@ -3,6 +3,8 @@
 #include "effects.h"
 #include "glcaps.h"
 #include "main/clock.h"
+#include "quad.h"
+#include "schedule.h"
 #include "shader.h"
 #include "texture.h"
 #include "util.h"
@@ -154,29 +156,33 @@ void crapmaker() {
     SDL_FreeSurface(img);
 }
 
-// The way through the flow, 0 at its first row: beats 256 to 271, slowing down.
-float flowpos(float beats) {
-    return 1.0f - std::pow(std::clamp(1.0f - beats / 15.0f, 0.0f, 1.0f), 1.5f);
+// Beats since the scene's first.
+float scenebeats() {
+    return beatgrid - beat::face;
 }
 
-// Fades between beats 271 and 273.
-float opacity(float beats) {
-    return std::clamp((beats - 15.0f) * -0.5f + 1.0f, 0.0f, 1.0f);
+// The way through the flow, 0 at its first row, slowing down.
+float flowpos() {
+    constexpr float length = beat::points_rest - beat::face;
+    return 1.0f - std::pow(std::clamp(1.0f - scenebeats() / length, 0.0f, 1.0f), 1.5f);
+}
+
+// Fades within two beats at the flow's end.
+float opacity() {
+    return std::clamp((beatgrid - beat::points_rest) * -0.5f + 1.0f, 0.0f, 1.0f);
 }
 
 // A flash that dies away over the first four beats.
-float whiteness(float beats) {
-    return std::max(beats * -0.25f + 1.0f, 0.0f);
+float whiteness() {
+    return std::max(scenebeats() * -0.25f + 1.0f, 0.0f);
 }
 
 void drawpoints(bool blended) {
-    if (blended) {
-        glEnable(GL_BLEND);
-        glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    }
+    if (blended)
+        quad::blendon();
     glDrawArrays(GL_POINTS, 0, pointcount);
     if (blended)
-        glDisable(GL_BLEND);
+        quad::blendoff();
 }
 
 class effect_c : public demoeffect_c {
@@ -192,12 +198,11 @@ public:
     void draw() override {
         if (!drawable)
             return;
-        const float beats = beatgrid - 256.0f;
-        const float aa = opacity(beats);
+        const float aa = opacity();
         shader.use();
-        glUniform1f(shader.uniform("poso"), flowpos(beats));
-        glUniform1f(shader.uniform("aa"), aa);
-        glUniform1f(shader.uniform("white"), whiteness(beats));
+        shader.set("poso", flowpos());
+        shader.set("aa", aa);
+        shader.set("white", whiteness());
         shader.texture("tex_pos", 0, tex_pos);
         shader.array("pos", 2, GL_FLOAT, 0, points);
         shader.array("col", 3, GL_FLOAT, 0, cols);

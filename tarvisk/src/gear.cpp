@@ -6,6 +6,8 @@
 #include "spring.h"
 #include "texture.h"
 
+#include <iterator>
+
 int gearAppear = 0;
 
 namespace {
@@ -25,10 +27,7 @@ void main() {
 )";
 
 // Nothing gives tex2 a unit: it reads unit 0.
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 uniform float time;
 uniform sampler2D tex;
 uniform sampler2D tex2;
@@ -39,12 +38,13 @@ void main() {
 
 // Where the gear goes, by stage of its entrance, in clip units.
 const glm::vec2 targets[] = {{1.5f, 0.8f}, {0.9f, 0.8f}, {1.5f, 1.2f}};
-constexpr int stages = sizeof targets / sizeof *targets;
+constexpr int stages = std::size(targets);
 
 // Further right than this it is off the screen.
 constexpr float lastvisiblex = 1.4f;
 
-glm::vec2 rollon() {
+// Steps the gear towards its target; where it is then.
+glm::vec2 steppos() {
     static spring_c<glm::vec2> ratpos({2.0f, 0.8f}, {2.0f, 0.8f}, glm::vec2(0.02f),
                                       glm::vec2(0.095f));
     if (gearAppear >= 0 && gearAppear < stages)
@@ -61,12 +61,12 @@ public:
     }
 
     void draw() override {
-        const glm::vec2 ratpos = rollon();
+        const glm::vec2 ratpos = steppos();
         if (ratpos.x > lastvisiblex)
             return;
         shader.use();
-        glUniform1f(shader.uniform("time"), beatgrid);
-        glUniform2f(shader.uniform("ratpos"), ratpos.x, ratpos.y);
+        shader.set("time", beatgrid);
+        shader.set("ratpos", ratpos);
         shader.texture("tex", 0, tex);
         quad::drawblended(shader);
     }

@@ -2,9 +2,9 @@
 #include "effects.h"
 #include "main/clock.h"
 #include "quad.h"
+#include "schedule.h"
 #include "shader.h"
 #include "spring.h"
-#include "sync.h"
 #include "texture.h"
 #include "util.h"
 
@@ -33,10 +33,7 @@ void main() {
 }
 )";
 
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 uniform float brite;
 uniform sampler2D tex;
 void main() {
@@ -54,7 +51,8 @@ void placeletters() {
     }
 }
 
-float heartbeat() {
+// Steps the heart, which swells on every beat. Its size then.
+float stepzoom() {
     static spring_c<float> zoomer(1.0f, 1.0f, 0.01f, 0.95f);
     if (util::onbeat(beatgrid))
         zoomer.pos = 1.1f;
@@ -63,7 +61,7 @@ float heartbeat() {
 }
 
 int shownletters() {
-    const sync_c gonetextshow("gonetextshow", 59, 0);
+    const sync_c gonetextshow(cue::gonetextshow);
     const int beats = static_cast<int>(std::floor(beatgrid) - gonetextshow.beatnum());
     return std::clamp(beats, 0, letters);
 }
@@ -71,8 +69,8 @@ int shownletters() {
 // The picture breathes at `rate` radians a second.
 void setlook(const texture_c& picture, float rate, float zoom) {
     shader.texture("tex", 0, picture);
-    glUniform1f(shader.uniform("brite"), 0.9f + std::sin(timeval * rate) * 0.1f);
-    glUniform1f(shader.uniform("zoom"), zoom);
+    shader.set("brite", 0.9f + std::sin(timeval * rate) * 0.1f);
+    shader.set("zoom", zoom);
 }
 
 void drawquads(const glm::vec2* pos, const glm::vec2* uv, int count) {
@@ -93,7 +91,7 @@ public:
     void draw() override {
         shader.use();
         quad::blendon();
-        setlook(tex, 1.4321f, heartbeat());
+        setlook(tex, 1.4321f, stepzoom());
         drawquads(quad::unit, quad::unit, 1);
         setlook(tex2, 1.2321f, 1.0f);
         drawquads(gone_pos, gone_uv, shownletters());

@@ -3,9 +3,9 @@
 #include "effects.h"
 #include "main/clock.h"
 #include "quad.h"
+#include "schedule.h"
 #include "shader.h"
 #include "spring.h"
-#include "sync.h"
 #include "texture.h"
 
 namespace {
@@ -26,10 +26,7 @@ void main() {
 }
 )";
 
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 varying vec2 v_uv2;
 uniform float time;
 uniform sampler2D tex;
@@ -41,12 +38,12 @@ void main() {
 }
 )";
 
-// Radius of the open circle, in units of half the picture's height.
-float openradius() {
+// Steps the open circle. Its radius then, in units of half the picture's height.
+float stepradius() {
     static spring_c<float> distdist(2.0f, 0.5f, 0.002f, 0.4f);
-    if (sync_c("startlacing", 80, 0).past())
+    if (past(cue::startlacing))
         distdist.iterate(frameskip);
-    if (sync_c("startlacing2", 105, 0).past())
+    if (past(cue::startlacing2))
         distdist.targetpos = -1.0f;
     return distdist.pos;
 }
@@ -60,8 +57,8 @@ public:
 
     void draw() override {
         shader.use();
-        glUniform1f(shader.uniform("time"), timeval);
-        glUniform1f(shader.uniform("distdist"), openradius());
+        shader.set("time", timeval);
+        shader.set("distdist", stepradius());
         shader.texture("tex", 0, tex);
         quad::drawblended(shader);
     }

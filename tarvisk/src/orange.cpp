@@ -6,6 +6,8 @@
 #include "texture.h"
 #include "util.h"
 
+GLuint orangetex = 0;
+
 namespace {
 
 shader_c shader;
@@ -21,10 +23,7 @@ void main() {
 }
 )";
 
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 uniform float time;
 uniform float contract;
 uniform sampler2D tex;
@@ -45,8 +44,8 @@ public:
     void draw() override {
         tex.textureid = orangetex;
         shader.use();
-        glUniform1f(shader.uniform("time"), timeval);
-        glUniform1f(shader.uniform("contract"), util::contract(timeval));
+        shader.set("time", timeval);
+        shader.set("contract", util::contract(timeval));
         shader.texture("tex", 0, tex);
         quad::draw(shader);
     }

@@ -3,9 +3,9 @@
 #include "effects.h"
 #include "main/clock.h"
 #include "quad.h"
+#include "schedule.h"
 #include "shader.h"
 #include "spring.h"
-#include "sync.h"
 #include "texture.h"
 #include "util.h"
 
@@ -25,10 +25,7 @@ void main() {
 }
 )";
 
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 uniform float time;
 uniform float bubemph;
 uniform sampler2D tex;
@@ -41,11 +38,11 @@ void main() {
 }
 )";
 
-// Brightness of the bubbles; they flare when the beat of "boom3" comes.
-float bubbleemphasis() {
+// Steps the bubbles' brightness; they flare when the beat of "boom3" comes. Their factor then.
+float stepemphasis() {
     static spring_c<float> bubemph(1.0f, 1.0f, 0.004f, 0.96f);
     bubemph.iterate(frameskip);
-    if (sync_c("boom3", 96, 0).once())
+    if (fires(cue::boom3))
         bubemph.pos = 2.3f;
     return bubemph.pos;
 }
@@ -60,9 +57,9 @@ public:
 
     void draw() override {
         shader.use();
-        glUniform1f(shader.uniform("time"), timeval);
-        glUniform1f(shader.uniform("contract"), util::contract(timeval));
-        glUniform1f(shader.uniform("bubemph"), bubbleemphasis());
+        shader.set("time", timeval);
+        shader.set("contract", util::contract(timeval));
+        shader.set("bubemph", stepemphasis());
         shader.texture("tex", 0, tex);
         shader.texture("tex2", 1, tex2);
         quad::draw(shader);

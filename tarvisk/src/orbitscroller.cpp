@@ -1,16 +1,16 @@
 // The text strip as a waving ribbon on an arc round the phone, bright towards the viewer and dark
 // on the far side.
-#include "3dphone.h"
 #include "effects.h"
 #include "main/clock.h"
+#include "model.h"
 #include "quad.h"
 #include "shader.h"
+#include "stage.h"
 #include "texture.h"
 #include "util.h"
 
 #include <cmath>
 #include <glm/gtc/matrix_transform.hpp>
-#include <glm/gtc/type_ptr.hpp>
 
 float orbitradius = 70.0f;
 GLuint scrollertex = 0;
@@ -103,26 +103,20 @@ void attach(const ribbon_s& ribbon) {
     scrollershader.array("nor", 3, GL_FLOAT, 0, ribbon.nor);
 }
 
-void detach() {
-    scrollershader.array("pos", 3, GL_FLOAT, 0, nullptr);
-    scrollershader.array("uv", 2, GL_FLOAT, 0, nullptr);
-    scrollershader.array("nor", 3, GL_FLOAT, 0, nullptr);
-}
-
 void drawscroller() {
     texttex.textureid = scrollertex;
     ribbon_s ribbon;
     for (int k = 0; k < segments; ++k)
         putsegment(ribbon, k);
     scrollershader.use();
-    glUniform1f(scrollershader.uniform("time"), timeval);
-    glUniformMatrix4fv(scrollershader.uniform("mvp"), 1, GL_FALSE, glm::value_ptr(ribbonmatrix()));
+    scrollershader.set("time", timeval);
+    scrollershader.set("mvp", ribbonmatrix());
     scrollershader.texture("tex", 0, texttex);
     attach(ribbon);
     quad::blendon();
     glDrawArrays(GL_TRIANGLES, 0, segments * 6);
     quad::blendoff();
-    detach();
+    detachverts(scrollershader);
 }
 
 void scrollerinit() {

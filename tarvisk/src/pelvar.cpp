@@ -1,5 +1,5 @@
-// Roses strewn over the text strip, uncovered from the right. On every second beat they flash and
-// jump sideways.
+// Roses strewn over the text strip, uncovered from its right end to its left. On every second beat
+// they darken and slide by their own width, fast at first, and clear up until the next.
 #include "effects.h"
 #include "main/clock.h"
 #include "quad.h"
@@ -26,10 +26,7 @@ void main() {
 }
 )";
 
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 varying vec2 v_uv2;
 uniform float time;
 uniform float beatgrid;
@@ -44,8 +41,8 @@ void main() {
 }
 )";
 
-// Left edge of the uncovered part; the target is 3.5 wide.
-float uncoverededge() {
+// Uncovers more. The left edge of what is uncovered then; the target is 3.5 wide.
+float stepedge() {
     static float disads = 6.0f;
     disads -= 0.01f * frameskip;
     return disads;
@@ -66,9 +63,9 @@ public:
 
     void draw() override {
         shader.use();
-        glUniform1f(shader.uniform("time"), timeval);
-        glUniform1f(shader.uniform("beatgrid"), beatsaw());
-        glUniform1f(shader.uniform("distdist"), uncoverededge());
+        shader.set("time", timeval);
+        shader.set("beatgrid", beatsaw());
+        shader.set("distdist", stepedge());
         shader.texture("tex", 0, tex);
         quad::drawblended(shader);
     }

@@ -2,6 +2,7 @@
 #include "effects.h"
 #include "main/clock.h"
 #include "quad.h"
+#include "schedule.h"
 #include "shader.h"
 #include "texture.h"
 
@@ -22,10 +23,7 @@ void main() {
 )";
 
 // Nothing gives tex2 a unit: it reads unit 0.
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 uniform float time;
 uniform float u_mm;
 uniform sampler2D tex;
@@ -44,8 +42,8 @@ public:
 
     void draw() override {
         shader.use();
-        glUniform1f(shader.uniform("time"), beatgrid - 160.0f);
-        glUniform1f(shader.uniform("u_mm"), ripsilu_mm);
+        shader.set("time", beatgrid - cue::stoptunnel.beat);
+        shader.set("u_mm", ripsilu_mm);
         shader.texture("tex", 0, tex);
         quad::draw(shader);
     }

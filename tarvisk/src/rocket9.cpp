@@ -1,9 +1,10 @@
-// A rocket standing on end, cut from the phone's body texture, its exhaust end flickering.
-#include "3dphone.h"
+// A rocket standing on end, cut from the phone's body texture, its exhaust end flickering. It is
+// loaded with the rest, and no scene draws it.
 #include "effects.h"
 #include "main/clock.h"
 #include "quad.h"
 #include "shader.h"
+#include "stage.h"
 #include "util.h"
 
 float rockety = 0.0f;
@@ -28,10 +29,7 @@ void main() {
 )";
 
 // Nothing gives tex2 a unit: it reads unit 0.
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 varying vec4 v_col;
 uniform float time;
 uniform sampler2D tex;
@@ -62,8 +60,8 @@ public:
 
     void draw() override {
         shader.use();
-        glUniform1f(shader.uniform("time"), beatgrid);
-        glUniform2f(shader.uniform("phonepos"), 0.0f, rockety);
+        shader.set("time", beatgrid);
+        shader.set("phonepos", {0.0f, rockety});
         shader.texture("tex", 0, nysitex);
         quad::blendon();
         drawrocket(0.8f + 0.2f * util::rnd());

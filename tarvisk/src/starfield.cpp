@@ -1,11 +1,10 @@
-// A flat starfield in clip space: stars come out of the depth (or recede into it) towards the
-// middle of the picture, growing and brightening as they near.
+// A flat starfield in clip space: stars fly out of the middle of the picture past its edges,
+// growing and brightening as they near; with sf_zchange above 0, back into it.
 #include "effects.h"
 #include "main/clock.h"
 #include "shader.h"
+#include "stage.h"
 #include "util.h"
-
-float sf_zchange = 0.0f;
 
 namespace {
 
@@ -68,7 +67,7 @@ public:
     void draw() override {
         move();
         shader.use();
-        glUniform1f(shader.uniform("time"), timeval);
+        shader.set("time", timeval);
         shader.array("pos", 3, GL_FLOAT, 0, stars);
         glDrawArrays(GL_POINTS, 0, starcount);
         shader.array("pos", 3, GL_FLOAT, 0, nullptr);

@@ -4,8 +4,6 @@
 #include "shader.h"
 #include "util.h"
 
-#include <glm/gtc/type_ptr.hpp>
-
 float starang = 0.0f;
 
 namespace {
@@ -61,8 +59,8 @@ public:
         move();
         const glm::mat4 mvp = rolledview();
         shader.use();
-        glUniformMatrix4fv(shader.uniform("mvp"), 1, GL_FALSE, glm::value_ptr(mvp));
-        glUniform1f(shader.uniform("time"), timeval);
+        shader.set("mvp", mvp);
+        shader.set("time", timeval);
         shader.array("pos", 3, GL_FLOAT, 0, stars);
         glDrawArrays(GL_POINTS, 0, starcount);
         shader.array("pos", 3, GL_FLOAT, 0, nullptr);

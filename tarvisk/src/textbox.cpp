@@ -16,10 +16,7 @@ namespace {
 shader_c shader;
 texture_c tex; // the glyph sheet
 
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 uniform float time;
 uniform sampler2D tex;
 void main() {

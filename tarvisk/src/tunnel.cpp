@@ -1,15 +1,14 @@
 // A flight through an endless city that fades to black with distance (knob CityMaxDistance), glows
 // at its windows and at the end flies apart (knob citybomb). The travel point and the base
 // matrices are the director's; the camera's two angles follow cues of their own.
-#include "3dphone.h"
 #include "city.h"
-#include "demo.h"
 #include "effects.h"
 #include "main/clock.h"
 #include "model.h"
+#include "schedule.h"
 #include "shader.h"
 #include "spring.h"
-#include "sync.h"
+#include "stage.h"
 #include "texture.h"
 #include "util.h"
 
@@ -17,13 +16,10 @@
 #include <cmath>
 #include <cstdio>
 #include <glm/gtc/matrix_transform.hpp>
-#include <glm/gtc/type_ptr.hpp>
 
 float citybomb = 0.0f;
 float CityMaxDistance = 1000.0f;
 GLuint citytex = 0;
-float camPitch = 0.0f;
-float camYaw = 0.0f;
 
 namespace {
 
@@ -61,11 +57,8 @@ void main() {
 }
 )";
 
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 varying vec4 v_col;
-varying vec2 v_uv;
 uniform sampler2D tex;
 void main() {
     gl_FragColor = texture2D(tex, v_uv) * v_col;
@@ -80,17 +73,17 @@ const glm::vec3 lightdir(0.6666667f, 0.6666667f, 0.33333334f);
 void turncamera() {
     static spring_c<float> camang(0.0f, 0.0f, 0.002f, 0.4f);
     static spring_c<float> camang2(0.0f, 0.0f, 0.002f, 0.4f);
-    if (sync_c("tunnel_camdown1", 137, 0).once()) {
+    if (fires(cue::tunnel_camdown1)) {
         camang.targetpos = -20.0f;
         camang2.targetpos = 30.0f;
     }
-    if (sync_c("tunnel_camdown2", 150, 0).once()) {
+    if (fires(cue::tunnel_camdown2)) {
         camang.targetpos = -40.0f;
         camang2.targetpos = 90.0f;
     }
-    if (sync_c("tunnel_camup1", 176, 0).once())
+    if (fires(cue::tunnel_camup1))
         camang.targetpos = 20.0f;
-    if (sync_c("tunnel_camup2", 192, 0).once())
+    if (fires(cue::tunnel_camup2))
         camang.targetpos = -10.0f;
     camang.iterate(frameskip);
     camang2.iterate(frameskip);
@@ -109,25 +102,14 @@ glm::mat4 viewmatrix() {
 
 void setuniforms(const glm::mat4& mv) {
     const glm::mat3 view3(mv);
-    glUniform1f(shader.uniform("time"), timeval);
-    glUniform1f(shader.uniform("beatgrid"), beatgrid - std::floor(beatgrid));
-    glUniform1f(shader.uniform("bomb"), citybomb);
-    glUniform1f(shader.uniform("bomb2"), std::max(citybomb - 1.4f, 0.0f) * 900.0f);
-    glUniform1f(shader.uniform("u_dist"), std::clamp(CityMaxDistance - 200.0f, 0.0f, 1000.0f));
-    glUniformMatrix3fv(shader.uniform("mv"), 1, GL_FALSE, glm::value_ptr(view3));
-    glUniform3f(shader.uniform("lightdir"), lightdir.x, lightdir.y, lightdir.z);
+    shader.set("time", timeval);
+    shader.set("beatgrid", beatgrid - std::floor(beatgrid));
+    shader.set("bomb", citybomb);
+    shader.set("bomb2", std::max(citybomb - 1.4f, 0.0f) * 900.0f);
+    shader.set("u_dist", std::clamp(CityMaxDistance - 200.0f, 0.0f, 1000.0f));
+    shader.set("mv", view3);
+    shader.set("lightdir", lightdir);
     shader.texture("tex", 0, tex);
-}
-
-void attachcity() {
-    shader.array("pos", 3, GL_FLOAT, sizeof(realvert_s), &city->data->pos);
-    shader.array("uv", 2, GL_FLOAT, sizeof(realvert_s), &city->data->tc);
-    shader.array("nor", 3, GL_FLOAT, sizeof(realvert_s), &city->data->nor);
-}
-
-void detachcity() {
-    for (const char* name : {"pos", "uv", "nor"})
-        shader.array(name, 3, GL_FLOAT, 0, nullptr);
 }
 
 // The copy that the camera is in and the eight around it.
@@ -164,9 +146,9 @@ public:
         const glm::mat4 mv = viewmatrix();
         shader.use();
         setuniforms(mv);
-        attachcity();
+        attachverts(shader, city->data);
         drawcopies(mv);
-        detachcity();
+        detachverts(shader);
     }
 };
 

@@ -20,10 +20,7 @@ void main() {
 }
 )";
 
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 uniform float time;
 uniform sampler2D tex;
 uniform sampler2D tex2;
@@ -44,7 +41,7 @@ public:
 
     void draw() override {
         shader.use();
-        glUniform1f(shader.uniform("time"), timeval);
+        shader.set("time", timeval);
         shader.texture("tex", 0, tex);
         shader.texture("tex2", 1, tex2);
         quad::draw(shader);

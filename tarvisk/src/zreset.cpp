@@ -5,6 +5,7 @@
 #include "main/clock.h"
 #include "quad.h"
 #include "shader.h"
+#include "stage.h"
 #include "texture.h"
 
 float horizonbomb = 0.0f;
@@ -24,10 +25,7 @@ void main() {
 }
 )";
 
-const char fragment_src[] = R"(
-precision highp float;
-const float PI = 3.14159265358979323846264;
-varying vec2 v_uv;
+const char fragment_src[] = FRAGMENT_HEAD R"(
 uniform float bombsize;
 uniform sampler2D tex;
 void main() {
@@ -45,10 +43,10 @@ public:
 
     void draw() override {
         shader.use();
-        glUniform1f(shader.uniform("time"), timeval);
-        glUniform1f(shader.uniform("bombsize"), horizonbomb);
+        shader.set("time", timeval);
+        shader.set("bombsize", horizonbomb);
         // The plate does not follow the camera, on purpose.
-        glUniform1f(shader.uniform("u_pitch"), 0.0f * camPitch);
+        shader.set("u_pitch", 0.0f * camPitch);
         shader.texture("tex", 0, tex);
         glDepthFunc(GL_ALWAYS);
         quad::draw(shader);

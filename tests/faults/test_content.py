@@ -77,7 +77,7 @@ class Content(unittest.TestCase):
                 file.write(content)
         run = subprocess.run([RECORDER, "--verbose", "--size", "106x60", "--stills", home, "0.2s"],
                              cwd=home, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
-                             stdin=subprocess.DEVNULL, timeout=600)
+                             stdin=subprocess.DEVNULL)
         lines = run.stderr.decode(errors="replace").splitlines()
         self.assertGreaterEqual(run.returncode, 0, lines[-5:])
         return run.returncode, [l for l in lines if not l.startswith("fps:")]

@@ -3,9 +3,12 @@ poor."""
 
 import os
 import signal
+import socket
 import subprocess
+import time
 import unittest
 
+from machine import PATIENCE
 from stage import PROGRAM, ROOT, ShowTest, show_environment, wait_until
 
 
@@ -30,6 +33,74 @@ class MidShow(ShowTest):
             before = after
         show.process.send_signal(signal.SIGTERM)
         self.assertEqual(show.status(), 1)
+
+    def test_stopped_for_longer_than_any_frame_lasts(self):
+        stage = self.stage()
+        show = self.running(stage, "--nomusic")
+
+        def moment():
+            """Demo time and two times between which it was that."""
+            earlier = time.monotonic()
+            return self.seconds(stage, show), earlier, time.monotonic()
+
+        wait_until(lambda: self.seconds(stage, show) > 0, "the clock")
+        before, earliest, latest = moment()
+        show.process.send_signal(signal.SIGSTOP)
+        time.sleep(13)
+        show.process.send_signal(signal.SIGCONT)
+        seen = len(show.lines)
+        after, earlier, later = moment()
+        # What it says may be as old as the frame before the stop: not the second answer.
+        after, earlier, later = moment()
+        self.assertGreater(after - before, earlier - latest - 0.5)
+        self.assertLess(after - before, later - earliest + 0.5)
+        self.assertIsNone(show.find(".*zero moved.*", seen))
+
+    def test_any_number_to_skip_draws_and_answers_q(self):
+        stage = self.stage(427, 240)
+        for number, said in (("1e30", "1000000015047466219876688855040.00"),
+                             ("1e18", "999999984306749440.00"), ("-1e9", "-1000000000.00"),
+                             ("nan", "-?nan"), ("inf", "inf")):
+            with self.subTest(number):
+                show = self.show(stage, "--nomusic", "--skip", number)
+                show.wait("skipping time to " + said)
+                show.wait_for_frames()
+                shown = stage.grab()
+                wait_until(lambda: (stage.grab() != shown).any(), "another frame")
+                wait_until(lambda: self.asked_to_quit(stage, show), "the end")
+                self.assertEqual(show.status(), 1)
+
+    def asked_to_quit(self, stage, show):
+        stage.key("key", "q")
+        return show.process.poll() is not None
+
+    def test_full_socket(self):
+        read, write = socket.socketpair()
+        self.addCleanup(read.close)
+        fill(write.fileno())
+        process = self.start_with("", stdout=write, stderr=write)
+        self.assertTrue(os.get_blocking(write.fileno()), "the writer's own end is as it was")
+        write.close()
+        self.assert_runs_and_ends(process, ["/dev/null", "socket:.*", "socket:.*"])
+
+    def test_socket_gets_the_lines(self):
+        read, write = socket.socketpair()
+        self.addCleanup(read.close)
+        process = self.start_with("", stdout=write, stderr=write)
+        write.close()
+        said = b""
+        while b"Vendor " not in said or b"event 'phonetex_shot' happened" not in said:
+            got = read.recv(65536)
+            self.assertTrue(got, "the show has ended")
+            said += got
+        self.assertIn(b"no music!\nskipping time to 40.00\n", said)
+        process.send_signal(signal.SIGTERM)
+
+    def test_lines_are_out_however_it_ends(self):
+        show = self.running(self.stage())
+        show.process.kill()
+        show.status()
+        self.assertRegex(show.stdout(), "^Vendor .*\nRenderer .*\nVersion .*\nExtensions .*\n$")
 
     def test_closed_streams(self):
         # Their numbers must not go to files that the show opens.
@@ -85,7 +156,7 @@ class MidShow(ShowTest):
         for number, target in enumerate(targets):
             self.assertRegex(os.readlink(f"/proc/{process.pid}/fd/{number}"), f"^{target}$")
         process.send_signal(signal.SIGTERM)
-        self.assertEqual(process.wait(120), 1)
+        self.assertEqual(process.wait(PATIENCE), 1)
 
 
 def fill(write):

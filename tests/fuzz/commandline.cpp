@@ -1,53 +1,10 @@
 // The command line: every line of the input is an argument.
-#include "demo.h"
-#include "effects.h"
-#include "main/capture.h"
-#include "main/clock.h"
 #include "main/startup.h"
-#include "main/video.h"
-#include "port.h"
-#include "wake.h"
 
 #include <cstdlib>
 #include <sstream>
 #include <string>
 #include <vector>
-
-// The rest of the start, which reading the arguments must not touch.
-demoeffect_c* screenshot = nullptr;
-void demo_config() {
-    abort();
-}
-void demo_init() {
-    abort();
-}
-void demo_initgl() {
-    abort();
-}
-void demo_run() {
-    abort();
-}
-void take_screenshot() {
-    abort();
-}
-int init_gl() {
-    abort();
-}
-void time_init() {
-    abort();
-}
-Uint32 fps_tick(Uint32, void*) {
-    abort();
-}
-void pysyhereilla() {
-    abort();
-}
-void port_beforesdl() {
-    abort();
-}
-void port_present() {
-    abort();
-}
 
 namespace {
 

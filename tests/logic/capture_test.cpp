@@ -199,6 +199,28 @@ TEST(blur, of_two_and_three_count_their_own_groups) {
     EXPECT_EQ(grey("ss00000002.bmp"), 4) << "9 / 2, cut";
 }
 
+TEST(blur, of_a_group_begun_in_its_middle_writes_nothing_and_starts_again) {
+    scratch_c scratch;
+    for (int frame = 2; frame < 8; ++frame) {
+        setgrey(10 * frame);
+        screenshot_blur(frame, 4);
+    }
+    EXPECT_EQ(pictures(), texts{"ss00000001.bmp"});
+    EXPECT_EQ(grey("ss00000001.bmp"), 55);
+    screenshot_blur(11, 4);
+    EXPECT_EQ(pictures().size(), 1u) << "what was averaged is gone";
+}
+
+TEST(blur, of_counts_and_frames_that_cannot_be_does_nothing) {
+    scratch_c scratch;
+    for (int framecount : {0, -1, 5, 1000})
+        for (int frame = 0; frame < 6; ++frame)
+            screenshot_blur(frame, framecount);
+    screenshot_blur(-1, 4);
+    screenshot_blur(-1, 1);
+    EXPECT_TRUE(pictures().empty());
+}
+
 TEST(blur, averages_each_colour_of_each_pixel_and_keeps_the_picture_upright) {
     scratch_c scratch;
     setframebuffer(fourcolours);

@@ -4,6 +4,7 @@
 #include "gldouble.h"
 #include "main/clock.h"
 #include "model.h"
+#include "schedule.h"
 #include "showlog.h"
 
 #include <algorithm>
@@ -20,11 +21,11 @@ namespace {
 
 using glm::vec3;
 
-constexpr float copysize = 800.0f; // city units
-constexpr float clearance = 40.0f; // to every wall
-constexpr float feltspeed = 60.0f; // some wall is nearer than this in each flight
-constexpr float lastbeat = 256.0f; // of the last flight
-const std::array<float, 3> flightends = {160.0f, 208.0f, lastbeat};
+constexpr float copysize = 800.0f;             // city units
+constexpr float clearance = 40.0f;             // to every wall
+constexpr float feltspeed = 60.0f;             // some wall is nearer than this in each flight
+constexpr float lastbeat = cue::stopfly3.beat; // of the last flight
+const std::array<float, 3> flightends = {cue::stoptunnel.beat, cue::stopfly2.beat, lastbeat};
 
 struct eye_s {
     float beat;

@@ -1,15 +1,21 @@
-#include "main/clock.h"
+#include "main/loop.h"
 
+#include "gldouble.h"
 #include "main/startup.h"
+#include "main/video.h"
 #include "printed.h"
+#include "services.h"
 #include "sync.h"
 #include "testport.h"
 
 #include <algorithm>
 #include <cmath>
+#include <csignal>
+#include <gmock/gmock.h>
 
 namespace {
 
+using testing::MatchesRegex;
 using texts = std::vector<std::string>;
 
 // A running clock at zero whose frames take `step` microseconds.
@@ -145,6 +151,16 @@ TEST(clock, holds_a_frame_until_20_ms_have_passed_since_the_last) {
     EXPECT_LT(testport.now - before, 23000);
 }
 
+TEST(clock, holds_a_frame_by_asking_for_the_time_and_never_sleeps) {
+    startclock();
+    testport.framehold = 0.02f;
+    testport.readstep = 10;
+    testport.calls.clear();
+    frame(5000);
+    EXPECT_EQ(services.delays, 0);
+    EXPECT_EQ(testport.calls, texts{"port_present()"});
+}
+
 TEST(clock, does_not_hold_a_slow_frame) {
     startclock();
     testport.framehold = 0.02f;
@@ -172,6 +188,7 @@ struct stepped_s {
     long long ticks = 0;
     int mostskip = 0;
     float end = 0.0f;
+    std::string said;
 };
 
 stepped_s playacross(long long step) {
@@ -180,31 +197,41 @@ stepped_s playacross(long long step) {
     testport.framehold = 0.02f;
     testport.readstep = 100;
     stepped_s result;
-    for (int i = 0; i < 6000; ++i) {
-        const float before = timeval;
-        frame(i == 3000 ? step : 1000);
-        EXPECT_GE(timeval, before);
-        EXPECT_LT(timeval, before + 0.05f);
-        EXPECT_GE(frameskip, 1);
-        result.ticks += frameskip;
-        result.mostskip = std::max(result.mostskip, frameskip);
-    }
+    result.said = printed([&] {
+        for (int i = 0; i < 6000; ++i) {
+            const float before = timeval;
+            if (i == 3000)
+                testport.set += step;
+            frame(1000);
+            EXPECT_GE(timeval, before);
+            EXPECT_LT(timeval, before + 0.05f);
+            EXPECT_GE(frameskip, 1);
+            result.ticks += frameskip;
+            result.mostskip = std::max(result.mostskip, frameskip);
+        }
+    });
     result.end = timeval;
     return result;
 }
 
-TEST(clock, goes_on_where_it_was_when_set_back_by_an_hour) {
-    const stepped_s played = playacross(-hour);
+void expectunbroken(const stepped_s& played) {
     EXPECT_NEAR(played.end, 120.0f, 1.0f);
     EXPECT_NEAR(static_cast<float>(played.ticks), played.end * 50.0f, 3.0f);
     EXPECT_LE(played.mostskip, 2);
 }
 
+TEST(clock, goes_on_where_it_was_when_set_back_by_an_hour) {
+    const stepped_s played = playacross(-hour);
+    expectunbroken(played);
+    EXPECT_THAT(played.said,
+                MatchesRegex("the clock was set at 6.\\...: zero moved by -3600.00 s\n"));
+}
+
 TEST(clock, goes_on_where_it_was_when_set_forward_by_an_hour) {
     const stepped_s played = playacross(hour);
-    EXPECT_NEAR(played.end, 120.0f, 1.0f);
-    EXPECT_NEAR(static_cast<float>(played.ticks), played.end * 50.0f, 3.0f);
-    EXPECT_LE(played.mostskip, 2);
+    expectunbroken(played);
+    EXPECT_THAT(played.said,
+                MatchesRegex("the clock was set at 6.\\...: zero moved by 3600.00 s\n"));
 }
 
 TEST(clock, goes_on_when_set_back_between_two_readings_of_the_hold) {
@@ -214,30 +241,80 @@ TEST(clock, goes_on_when_set_back_between_two_readings_of_the_hold) {
     testport.readstep = 100;
     frame(1000);
     const float before = timeval;
-    testport.readstep = -hour;
-    testport.onpresent = [] { testport.readstep = 100; };
-    frame(1000);
+    int readings = 0;
+    testport.onread = [&] {
+        if (++readings == 5)
+            testport.set = -hour;
+    };
+    EXPECT_NE(printed([] { frame(1000); }), "");
     EXPECT_GE(frametime, 0.02f);
     EXPECT_LT(frametime, 0.03f);
     EXPECT_NEAR(timeval, before + 0.02f, 0.005f);
 }
 
-TEST(clock, takes_ten_seconds_for_a_slow_frame) {
+TEST(clock, set_before_the_epoch_goes_on) {
+    testport.now = hour;
     startclock();
-    frame(10000000);
-    EXPECT_EQ(frameskip, 500);
-    EXPECT_FLOAT_EQ(timeval, 10.0f);
+    frame(20000);
+    testport.set = -3 * hour - 300000;
+    frame(20000);
+    EXPECT_EQ(frameskip, 1);
+    EXPECT_FLOAT_EQ(timeval, 0.04f);
+    EXPECT_LT(timestart.tv_sec, 0);
+    EXPECT_GE(timestart.tv_usec, 0);
+    EXPECT_LT(timestart.tv_usec, 1000000);
+}
+
+TEST(clock, set_by_less_than_a_second_is_not_told_from_a_slow_frame) {
+    startclock();
+    frame(20000);
+    testport.set = 900000;
+    EXPECT_EQ(printed([] { frame(20000); }), "");
+    EXPECT_FLOAT_EQ(timeval, 0.94f);
+}
+
+TEST(clock, counts_a_slow_frame_whatever_its_length) {
+    startclock();
+    EXPECT_EQ(printed([] { frame(13000000); }), "");
+    EXPECT_EQ(frameskip, 650);
+    EXPECT_FLOAT_EQ(timeval, 13.0f);
+    EXPECT_EQ(printed([] { frame(5 * hour); }), "");
+    EXPECT_NEAR(frameskip, 5 * 3600 * 50, 5);
+    EXPECT_FLOAT_EQ(timeval, 18013.0f);
+    frame(30 * 24 * hour);
+    EXPECT_NEAR(frameskip, 30 * 24 * 3600 * 50, 50);
+    EXPECT_GT(frameskiptime, -0.02f);
+    EXPECT_LE(frameskiptime, 0.0f);
+}
+
+TEST(clock, counts_a_stop_between_the_readings_of_two_clocks) {
+    startclock();
+    testport.framehold = 0.02f;
+    testport.readstep = 100;
+    frame(1000);
+    int readings = 0;
+    testport.onread = [&] {
+        if (++readings == 5)
+            testport.now += 13000000;
+    };
+    EXPECT_EQ(printed([] { frame(1000); }), "");
+    EXPECT_NEAR(timeval, 13.02f, 0.01f);
+    EXPECT_GE(frameskip, 650);
 }
 
 TEST(clock, does_not_play_the_hours_that_the_machine_slept) {
     startclock();
     frame(20000);
-    frame(5 * hour);
-    EXPECT_EQ(frameskip, 0);
-    EXPECT_FLOAT_EQ(timeval, 0.02f);
-    frame(20000);
+    testport.slept = 5 * hour;
+    EXPECT_EQ(printed([] { frame(20000); }),
+              "the machine slept at 0.02: zero moved by 18000.00 s\n");
     EXPECT_EQ(frameskip, 1);
     EXPECT_FLOAT_EQ(timeval, 0.04f);
+    testport.set = 5 * hour;
+    EXPECT_EQ(printed([] { frame(20000); }),
+              "the clock was set at 0.04: zero moved by 18000.00 s\n");
+    EXPECT_EQ(frameskip, 1);
+    EXPECT_FLOAT_EQ(timeval, 0.06f);
 }
 
 TEST(clock, takes_its_time_after_drawing_and_after_presenting) {
@@ -270,6 +347,13 @@ TEST(clock, the_grids_own_calibration_is_320_beats_or_so_in_ten_seconds) {
     EXPECT_EQ(beatgrid_calc(0.0f), 0.0f);
 }
 
+TEST(clock, divides_before_it_multiplies) {
+    startclock();
+    const float rate = beat_lastnum / (beat_last - beat_first);
+    for (float t = 0.0f; t < 220.0f; t += 0.02f)
+        ASSERT_EQ(beatgrid_calc(t), (t - beat_first) * rate) << t;
+}
+
 TEST(clock, a_skip_is_added) {
     startclock();
     timeval_skip = 30.0f;
@@ -286,7 +370,7 @@ TEST(clock, goes_on_from_where_it_was_when_the_time_of_day_is_set) {
         for (int i = 0; i < 50; ++i)
             frame(19000);
         const float before = timeval;
-        testport.now += step;
+        testport.set += step;
         frame(19000);
         EXPECT_GE(timeval, before) << step;
         EXPECT_LT(timeval, before + 0.05f) << step;
@@ -442,6 +526,33 @@ TEST(loop, a_resize_does_not_touch_the_video_mode) {
     frame(200000);
     frame(200000);
     EXPECT_EQ(testport.calls, (texts{"port_present()", "port_present()"}));
+    EXPECT_EQ(gldouble::calls(), texts()) << "nor the viewport";
+}
+
+TEST(loop, tells_the_window_manager_once_behind_two_seconds) {
+    const port_windownumbers_s numbers{};
+    testport.windownumbers = &numbers;
+    startclock();
+    frame(1999000);
+    frame(1000);
+    EXPECT_FLOAT_EQ(timeval, 2.0f);
+    EXPECT_EQ(
+        std::count(testport.calls.begin(), testport.calls.end(), "port_setwindowtype(normal)"), 0);
+    frame(1000);
+    EXPECT_EQ(testport.calls.back(), "port_setwindowtype(normal)");
+    for (int i = 0; i < 200; ++i)
+        frame(20000);
+    EXPECT_EQ(
+        std::count(testport.calls.begin(), testport.calls.end(), "port_setwindowtype(normal)"), 1);
+}
+
+TEST(loop, moves_the_song_to_a_stopped_frames_end) {
+    startclock();
+    song_file = "tarvisk.ogg";
+    realstartmusic();
+    testport.onpresent = [] { raise(SIGCONT); };
+    frame(13000000);
+    EXPECT_FLOAT_EQ(static_cast<float>(services.position), 13.0f);
 }
 
 // ---- hooks ----
@@ -494,6 +605,78 @@ TEST(hooks, beyond_ten_are_ignored) {
     EXPECT_EQ(cb_count, 10);
 }
 
+// ---- unseen ----
+
+int unseenframes = 0;
+std::vector<float> arrivals; // beats
+
+void countunseen() {
+    ++unseenframes;
+}
+
+void notearrival() {
+    arrivals.push_back(beatgrid);
+}
+
+void playunseen(float beat) {
+    loop_playunseen(beat, countunseen, notearrival);
+    while (arrivals.empty())
+        system_crap();
+}
+
+TEST(unseen, frames_are_one_tick_long_whatever_the_time_and_are_not_presented) {
+    startclock();
+    frame(65000);
+    testport.readstep = 1234567;
+    loop_playunseen(40.0f, countunseen, notearrival);
+    const float before = timeval;
+    for (int i = 1; i <= 100; ++i) {
+        system_crap();
+        EXPECT_EQ(frameskip, 1);
+        EXPECT_NEAR(timeval, before + 0.02f * static_cast<float>(i), 1e-4f);
+    }
+    EXPECT_EQ(unseenframes, 100);
+    EXPECT_EQ(testport.presents, 1);
+    EXPECT_TRUE(arrivals.empty());
+}
+
+TEST(unseen, ends_at_the_first_frame_past_the_beat_and_goes_on_with_the_time_of_day) {
+    startclock();
+    frame(20000);
+    playunseen(40.0f);
+    ASSERT_EQ(arrivals.size(), 1u);
+    EXPECT_GE(arrivals[0], 40.0f);
+    EXPECT_LT(arrivals[0], 40.1f);
+    const float there = timeval;
+    frame(30000);
+    EXPECT_NEAR(timeval, there + 0.03f, 1e-4f);
+    EXPECT_EQ(testport.presents, 2);
+    EXPECT_EQ(arrivals.size(), 1u);
+}
+
+TEST(unseen, frames_are_drawn_into_one_pixel_of_the_window) {
+    startclock();
+    init_gl();
+    gldouble::clear();
+    playunseen(3.0f);
+    EXPECT_EQ(gldouble::calls("glViewport"),
+              (texts{"glViewport(0, 0, 1, 1)", "glViewport(0, 0, 854, 480)"}));
+}
+
+TEST(unseen, events_still_reach_the_show) {
+    startclock();
+    pushkey(SDLK_ESCAPE);
+    playunseen(1.0f);
+    EXPECT_TRUE(done_hint);
+}
+
+TEST(unseen, a_beat_that_is_past_is_reached_by_the_next_frame) {
+    startclock();
+    frame(5000000);
+    playunseen(1.0f);
+    EXPECT_EQ(unseenframes, 1);
+}
+
 // ---- between loads ----
 
 TEST(loading, drops_events_unseen_and_presents) {
@@ -508,6 +691,16 @@ TEST(loading, drops_events_unseen_and_presents) {
     frame(20000);
     EXPECT_TRUE(hookcalls.empty());
     EXPECT_EQ(framecounter, 1) << "only frames of the show count";
+}
+
+TEST(loading_death, ends_once_it_can_for_who_asked_to_leave_meanwhile) {
+    startclock();
+    remember_leaving();
+    const auto asked = [] {
+        raise(SIGTERM);
+        system_crap_pre();
+    };
+    EXPECT_EXIT(asked(), testing::ExitedWithCode(1), "^$");
 }
 
 } // namespace

@@ -121,7 +121,7 @@ TEST(effectlist, names_every_effect_once) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(effects, contract, Range(0, effectcount),
+INSTANTIATE_TEST_SUITE_P(effects, contract, Range(0, static_cast<int>(std::size(effectlist))),
                          [](const TestParamInfo<int>& info) {
                              return std::string(effectlist[info.param].name);
                          });

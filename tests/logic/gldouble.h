@@ -74,6 +74,7 @@ struct answers_s {
     GLenum framebufferstatus = GL_FRAMEBUFFER_COMPLETE;
     GLint vertextextureunits = 16;
     float maxpointsize = 256.0f;
+    bool strings = true; // glGetString answers
     std::string extensions = "GL_OES_element_index_uint";
     std::vector<unsigned char> framebuffer; // what glReadPixels gives, RGBA rows bottom first
 };

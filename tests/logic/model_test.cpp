@@ -2,6 +2,7 @@
 
 #include "printed.h"
 
+#include <cstring>
 #include <glm/glm.hpp>
 
 namespace {
@@ -98,6 +99,26 @@ TEST(model, leaves_what_a_record_does_not_say_at_zero) {
     EXPECT_EQ(model.verts[0], vec3(5, 0, 0));
     EXPECT_EQ(model.texcoords[0], vec2(6, 0));
     EXPECT_EQ(model.normals[0], vec3(7, 8, 0));
+}
+
+// A vertex record of that many characters, of which the last is its z.
+std::string vertexline(size_t length) {
+    return "v 7 8" + std::string(length - strlen("v 7 8") - 1, ' ') + "9\n";
+}
+
+TEST(model, reads_lines_of_a_thousand_characters_whole) {
+    scratch_c scratch;
+    for (size_t length : {999, 1000})
+        EXPECT_EQ(loaded(vertexline(length) + "#\n").verts[0], vec3(7, 8, 9)) << length;
+    const model_c longer = loaded(vertexline(1001) + "#\n");
+    EXPECT_EQ(longer.verts[0], vec3(7, 8, 0)) << "its last character is a line of its own";
+    EXPECT_EQ(longer.vcnt, 1);
+}
+
+TEST(model, reads_numbers_that_look_octal_as_tens) {
+    scratch_c scratch;
+    EXPECT_EQ(indices(loaded("f 010/011/007 0x9/08/1 2/2/2\n#\n").faces[0]),
+              (std::vector<int>{9, -1, 1, 10, 7, 1, 6, 0, 1}));
 }
 
 TEST(model, keeps_6000_vertices_and_counts_on_without_a_word) {

@@ -5,6 +5,8 @@
 #include "main/clock.h"
 #include "main/startup.h"
 #include "model.h"
+#include "phoneflight.h"
+#include "services.h"
 #include "showlog.h"
 #include "sync.h"
 #include "testport.h"
@@ -150,7 +152,7 @@ TEST(phone_model, marks_its_visible_screen_in_the_stencil) {
                 ElementsAre("glStencilFunc(GL_ALWAYS, 1, 1)",
                             "glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE)", "glStencilMask(1)",
                             "glDrawArrays(GL_TRIANGLES, 0, 6)", "glStencilFunc(GL_ALWAYS, 0, 1)",
-                            "glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE)", "glStencilMask(1)",
+                            "glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE)",
                             StartsWith("glDrawArrays(GL_TRIANGLES, 0, ")));
 }
 
@@ -210,7 +212,11 @@ TEST(phone_flight, shows_the_landscape_screen_upright_at_rest) {
     EXPECT_NEAR(glm::distance(glm::vec3(phone_rotation_mv[1]), glm::vec3(-1, 0, 0)), 0, 1e-5);
     EXPECT_NEAR(glm::distance(glm::vec3(phone_rotation_mv[2]), glm::vec3(0, 0, 1)), 0, 1e-5);
     EXPECT_NEAR(phone_rotation_mv[3][2], restpos, 1e-4);
-    EXPECT_NEAR(phone_projection[2][2], -3001.0f / 2999.0f, 1e-6f) << "far 3000";
+    EXPECT_NEAR(phone_projection[0][0], 0.8027061f, 1e-6f);
+    EXPECT_NEAR(phone_projection[1][1], 1.428148f, 2e-6f) << "70 degrees";
+    EXPECT_NEAR(phone_projection[2][2], -3001.0f / 2999.0f, 1e-6f) << "near 1, far 3000";
+    EXPECT_NEAR(phone_projection[3][2], -6000.0f / 2999.0f, 1e-6f);
+    EXPECT_EQ(phone_projection[2][3], -1.0f);
 }
 
 // A flight at 50 frames a second; numbers by a model of its own.
@@ -342,6 +348,19 @@ TEST(phone_hand, space_steps_once_a_press) {
     }
 }
 
+TEST(phone_hand, every_mouse_button_steps_like_space) {
+    load();
+    fly(64.5);
+    int state = 0;
+    for (Uint8 button : {1, 2, 4, 0x10}) {
+        services.mousebuttons = button;
+        EXPECT_EQ(fly(64.6), "state is now: " + std::to_string(++state) + "\n");
+        EXPECT_EQ(fly(64.6), "") << "held";
+        services.mousebuttons = 0;
+        EXPECT_EQ(fly(64.6), "");
+    }
+}
+
 TEST(phone_hand, a_latched_state_flies_to_its_own_targets) {
     load();
     fly(64.5);
@@ -416,7 +435,12 @@ TEST(phone_handover, waits_until_the_phone_is_near_enough) {
     ASSERT_EQ(sscanf(lines.c_str(), "running at pos %f vel %f.", &pos, &vel), 2) << lines;
     EXPECT_GT(pos, 0.0f);
     EXPECT_LE(pos - vel, 0.0f) << "in the first frame past the screen";
+    EXPECT_GT(vel, 0.1f);
+    EXPECT_EQ(tunnelflyer.pos.x, 0.0f);
+    EXPECT_EQ(tunnelflyer.vel.y, 0.0f);
+    EXPECT_NEAR(tunnelflyer.pos.z, pos, 1e-4f);
     EXPECT_NEAR(tunnelflyer.vel.z, vel, 1e-4f);
+    EXPECT_NEAR(zfix(), 0.0f, 1e-4f) << "the phone itself has come to rest";
 }
 
 TEST(phone_handover, from_beat_132_on_the_stars_stream_with_the_phone) {

@@ -165,6 +165,48 @@ TEST(line, moves_on_only_beyond_a_whole_character) {
     EXPECT_FLOAT_EQ(line.pos[0].x, -0.25f);
 }
 
+TEST(line, adds_its_steps_in_double_precision) {
+    glyphs::line_c line(std::u32string(60, U'a'));
+    float ofs = 0.0f;
+    for (int i = 0; i < 100; ++i) {
+        const double step = 0.23 * (1 + i % 3);
+        line.advance(step);
+        ofs = static_cast<float>(ofs + step);
+        while (ofs > 1.0f)
+            ofs -= 1.0f;
+        line.put(0, 1.0f, 0.5f, 0.5f);
+        ASSERT_EQ(line.pos[0].x, (0.5f - ofs) - 0.5f) << i;
+    }
+}
+
+// Glyphs of width 1, so that nothing but the scroll places them, over frames of any length.
+void followscroll(demoeffect_c* effect, double speed) {
+    float ofs = 0.0f;
+    for (int i = 0; i < 60; ++i) {
+        srand(1); // whose first draws kick nothing
+        const int skip = i % 5;
+        drawat(effect, 300.5, skip);
+        ofs = static_cast<float>(ofs + skip * speed);
+        while (ofs > 1.0f)
+            ofs -= 1.0f;
+        for (const seen_s& cell : seen()) {
+            const float centre = static_cast<float>(cell.slot) + (0.5f - ofs);
+            ASSERT_EQ(lastdraw().attributes.at("pos")[static_cast<size_t>(cell.slot) * 12],
+                      centre - 0.5f)
+                << "frame " << i;
+            break;
+        }
+    }
+}
+
+TEST(textbox, adds_its_steps_in_double_precision) {
+    followscroll(textbox, 0.24);
+}
+
+TEST(scrollertexgen, adds_its_steps_in_double_precision) {
+    followscroll(scrollertexgen, 0.23);
+}
+
 TEST(line, takes_a_frame_of_many_characters) {
     std::u32string text(60, U'a');
     text[7] = U'b';

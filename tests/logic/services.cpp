@@ -2,8 +2,10 @@
 
 #include "testport.h"
 
+#include <ctime>
 #include <dbus/dbus.h>
 #include <SDL_mixer.h>
+#include <unistd.h>
 
 services_s services;
 
@@ -11,6 +13,8 @@ namespace {
 
 // Addresses to hand out; nothing looks behind them.
 int handles[3];
+
+const char initialised[] = "initialised";
 
 template<class T>
 T* handle(int i, bool available) {
@@ -50,6 +54,7 @@ int Mix_OpenAudio(int frequency, Uint16 format, int channels, int chunksize) {
 
 Mix_Music* Mix_LoadMUS(const char* file) {
     note("Mix_LoadMUS", file);
+    testport.now += services.loadtime;
     services.loadedat = testport.now;
     if (!services.song)
         SDL_SetError("no such song");
@@ -58,6 +63,7 @@ Mix_Music* Mix_LoadMUS(const char* file) {
 
 int Mix_PlayMusic(Mix_Music* music, int loops) {
     note("Mix_PlayMusic", song(music), std::to_string(loops));
+    testport.now += services.playtime;
     return 0;
 }
 
@@ -76,10 +82,32 @@ void Mix_FreeMusic(Mix_Music* music) {
     note("Mix_FreeMusic", song(music));
 }
 
-void dbus_error_init(DBusError*) {}
+void SDL_Delay(Uint32) {
+    ++services.delays;
+}
 
-DBusConnection* dbus_bus_get(DBusBusType type, DBusError*) {
-    note("dbus_bus_get", std::to_string(type));
+int nanosleep(const timespec*, timespec*) {
+    ++services.delays;
+    return 0;
+}
+
+int usleep(useconds_t) {
+    ++services.delays;
+    return 0;
+}
+
+Uint8 SDL_GetMouseState(int*, int*) {
+    return services.mousebuttons;
+}
+
+void dbus_error_init(DBusError* error) {
+    *error = {};
+    error->name = initialised;
+}
+
+DBusConnection* dbus_bus_get(DBusBusType type, DBusError* error) {
+    note("dbus_bus_get", std::to_string(type),
+         error && error->name == initialised ? "error" : "no error");
     return handle<DBusConnection>(2, services.bus);
 }
 

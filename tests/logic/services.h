@@ -1,5 +1,6 @@
-// Doubles of the libraries around the show: music, message bus and timers. They record their calls
-// in testport.calls, beside the port's, and start nothing. Timers never fire by themselves.
+// Doubles of the libraries around the show: music, message bus, timers, delays and the mouse. They
+// record their calls in testport.calls, beside the port's, and start nothing. Timers never fire by
+// themselves, and nothing sleeps.
 #pragma once
 
 #include <SDL.h>
@@ -11,13 +12,17 @@ struct timer_s {
 };
 
 struct services_s {
-    bool audio = true;      // Mix_OpenAudio succeeds
-    bool song = true;       // Mix_LoadMUS succeeds
-    bool bus = false;       // dbus_bus_get succeeds
-    bool message = true;    // a D-Bus message can be made
-    bool send = true;       // a D-Bus message can be sent
-    long long loadedat = 0; // the port's clock at Mix_LoadMUS
-    double position = -1.0; // of Mix_SetMusicPosition
+    bool audio = true;             // Mix_OpenAudio succeeds
+    bool song = true;              // Mix_LoadMUS succeeds
+    bool bus = false;              // dbus_bus_get succeeds
+    bool message = true;           // a D-Bus message can be made
+    bool send = true;              // a D-Bus message can be sent
+    long long loadtime = 0;        // microseconds that Mix_LoadMUS takes on the port's clock
+    long long playtime = 0;        // that Mix_PlayMusic takes
+    long long loadedat = 0;        // the port's clock behind Mix_LoadMUS
+    double position = -1.0;        // of Mix_SetMusicPosition
+    Uint8 mousebuttons = 0;        // SDL_GetMouseState
+    unsigned long long delays = 0; // calls that would have slept
     std::vector<timer_s> timers;
 };
 extern services_s services;

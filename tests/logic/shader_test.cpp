@@ -129,6 +129,18 @@ TEST(shader, texture_binds_on_its_unit_and_leaves_that_active) {
     EXPECT_EQ(gldouble::texture(1), 7u);
 }
 
+TEST(shader, texture_binds_on_any_unit) {
+    const shader_c shader = made();
+    texture_c tex{};
+    for (int unit : {0, 2, 7}) {
+        tex.textureid = static_cast<GLuint>(20 + unit);
+        shader.texture("tex", unit, tex);
+        EXPECT_EQ(gldouble::activeunit(), unit);
+        EXPECT_EQ(gldouble::texture(unit), tex.textureid);
+        EXPECT_EQ(gldouble::uniform("tex"), std::vector<float>{static_cast<float>(unit)});
+    }
+}
+
 TEST(shader, texture_binds_cube_maps_as_such) {
     const shader_c shader = made();
     texture_c tex{};

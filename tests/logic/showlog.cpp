@@ -5,7 +5,7 @@
 #include "effects.h"
 #include "gldouble.h"
 #include "main/capture.h"
-#include "main/clock.h"
+#include "main/loop.h"
 #include "main/startup.h"
 #include "main/video.h"
 #include "screenshot.h"

@@ -2,13 +2,15 @@
 
 #include "effects.h"
 #include "gldouble.h"
-#include "main/clock.h"
+#include "main/loop.h"
+#include "main/show.h"
 #include "printed.h"
 #include "services.h"
 #include "testport.h"
 #include "wake.h"
 
 #include <algorithm>
+#include <csignal>
 #include <unistd.h>
 
 namespace {
@@ -159,6 +161,21 @@ TEST(song, that_is_not_configured_opens_no_device) {
     EXPECT_EQ(services.position, 0.0);
 }
 
+TEST(song, follows_the_clock_again_after_the_process_was_stopped) {
+    song_file = "tarvisk.ogg";
+    startmusic();
+    realstartmusic();
+    testport.calls.clear();
+    timeval = 81.5f;
+    followstop();
+    EXPECT_TRUE(testport.calls.empty());
+    raise(SIGCONT);
+    followstop();
+    followstop();
+    EXPECT_EQ(testport.calls, texts{"Mix_SetMusicPosition()"});
+    EXPECT_EQ(services.position, 81.5);
+}
+
 TEST(song_death, without_a_device_ends_the_show_with_a_line_on_standard_output) {
     song_file = "tarvisk.ogg";
     services.audio = false;
@@ -191,7 +208,8 @@ std::string start(texts arguments) {
     for (std::string& argument : arguments)
         argv.push_back(argument.data());
     testport.onpresent = [] {
-        if (testport.presents == effectcount + 1) // the capture, then one between two loads
+        if (testport.presents ==
+            std::size(effectlist) + 1) // the capture, then one between two loads
             throw curtain_s();
     };
     return printed(
@@ -210,7 +228,7 @@ TEST(start, goes_in_its_order) {
                       "port_beforesdl()",
                       "port_setvideomode(0, 0, 0, 2147483712)",
                       "port_present()",
-                      "dbus_bus_get(1)",
+                      "dbus_bus_get(1, error)",
                       "SDL_AddTimer(2000)",
                       "Mix_OpenAudio(44100, 32784, 2, 4096)",
                       "Mix_LoadMUS(tarvisk.ogg)",
@@ -228,7 +246,7 @@ TEST(start, goes_in_its_order) {
 TEST(start, presents_after_the_capture_and_between_two_loads) {
     start({});
     const auto loaded = testport.calls.begin() + at("Mix_OpenAudio(44100, 32784, 2, 4096)");
-    EXPECT_EQ(std::count(testport.calls.begin(), loaded, "port_present()"), effectcount);
+    EXPECT_EQ(std::count(testport.calls.begin(), loaded, "port_present()"), std::size(effectlist));
     const auto timer = testport.calls.begin() + at("SDL_AddTimer(2000)");
     EXPECT_EQ(std::count(testport.calls.begin(), timer, "port_present()"), 1);
 }
@@ -253,6 +271,78 @@ TEST(start, reads_the_options_over_the_directors_configuration_before_the_window
     EXPECT_LT(at("port_setattribute(7, 8)"), at("port_setvideomode(0, 0, 0, 2147483712)"));
     EXPECT_EQ(services.position, 75.0);
     EXPECT_EQ(at("Mix_PlayMusic(song, 0)"), static_cast<long>(testport.calls.size()));
+}
+
+// What the process has at the moment when it first shows something.
+TEST(start, has_the_keyboard_and_no_pointer_when_it_shows_the_capture) {
+    testport.onpresent = [] {
+        EXPECT_EQ(keystate, SDL_GetKeyState(nullptr));
+        EXPECT_EQ(SDL_ShowCursor(SDL_QUERY), 0);
+        throw curtain_s();
+    };
+    char name[] = "tarvisk";
+    char* argv[] = {name};
+    EXPECT_THROW(start_show(1, argv), curtain_s);
+}
+
+TEST(start, starts_timers_sound_and_video_and_no_other_part_of_sdl) {
+    start({});
+    const Uint32 parts = SDL_INIT_TIMER | SDL_INIT_AUDIO | SDL_INIT_VIDEO;
+    EXPECT_EQ(SDL_WasInit(parts), parts);
+    EXPECT_EQ(SDL_WasInit(SDL_INIT_CDROM | SDL_INIT_JOYSTICK), 0u);
+}
+
+long long microseconds(const vxqtime_t& time) {
+    return time.tv_sec * 1000000LL + time.tv_usec;
+}
+
+TEST(start, starts_the_clock_before_it_loads) {
+    static long long shown;
+    testport.onpresent = [] {
+        if (testport.presents == 1)
+            shown = testport.now += 700000; // the capture takes its time
+        if (testport.presents == 2) {
+            EXPECT_EQ(microseconds(timestart), shown + testport.presentstep);
+            EXPECT_EQ(microseconds(framestart), microseconds(timestart));
+            throw curtain_s();
+        }
+    };
+    char name[] = "tarvisk";
+    char* argv[] = {name};
+    EXPECT_THROW(start_show(1, argv), curtain_s);
+}
+
+TEST(start, starts_the_clock_behind_the_loading_and_before_the_song) {
+    services.loadtime = 3000000;
+    services.playtime = 400000;
+    start({});
+    EXPECT_EQ(microseconds(timestart), services.loadedat);
+    EXPECT_EQ(microseconds(framestart), services.loadedat);
+}
+
+// Plays unseen from the first frame on; ends with the first frame that is shown again.
+void startunseen(float beat) {
+    testport.onpresent = [=] {
+        const long long loaded = static_cast<long long>(std::size(effectlist)) + 1;
+        if (testport.presents == loaded)
+            show_playunseen(
+                beat, [] {}, [] { testport.calls.push_back("there"); });
+        if (testport.presents == loaded + 1)
+            throw curtain_s();
+    };
+    char name[] = "tarvisk";
+    char* argv[] = {name};
+    EXPECT_THROW(start_show(1, argv), curtain_s);
+}
+
+TEST(start, after_playing_unseen_the_music_goes_on_where_the_picture_does) {
+    startunseen(40.0f);
+    EXPECT_GE(beatgrid, 40.0f);
+    EXPECT_FLOAT_EQ(static_cast<float>(services.position), timeval);
+    const auto halted = testport.calls.begin() + at("Mix_HaltMusic()");
+    EXPECT_EQ(texts(halted, testport.calls.end()),
+              (texts{"Mix_HaltMusic()", "Mix_PlayMusic(song, 0)", "Mix_SetMusicPosition()", "there",
+                     "port_present()"}));
 }
 
 TEST(start, counts_no_loading_time_as_show_time) {

@@ -50,6 +50,14 @@ TEST(sync, spawned_events_are_relative_to_now) {
     EXPECT_TRUE(y.once());
 }
 
+TEST(sync, spawns_by_any_number_but_0) {
+    beatgrid = 12.5f;
+    EXPECT_EQ(printed([] { sync_c("two", 4.0f, 2); }),
+              "adding event 'two' at time 4.00, spawn 2\n");
+    EXPECT_EQ(sync_c("two", 0.0f, 0).beatnum(), 16.5f);
+    EXPECT_EQ(sync_c("minus", 4.0f, -1).beatnum(), 16.5f);
+}
+
 TEST(sync, is_past_from_its_beat_on) {
     const sync_c e("e", 10.0f, 0);
     beatgrid = 9.999f;

@@ -1,6 +1,7 @@
 #include "testport.h"
 
 #include "main/clock.h"
+#include "schedule.h"
 
 #include <cstdlib>
 
@@ -25,9 +26,9 @@ void testport_startsdl() {
 }
 
 void testport_setbeat(double beats, int skip) {
-    beat_first = 0.128f;
-    beat_last = 5.207f;
-    beat_lastnum = 8.0f;
+    beat_first = grid::first;
+    beat_last = grid::last;
+    beat_lastnum = grid::lastnum;
     timeval = static_cast<float>(0.128 + beats * (5.207 - 0.128) / 8.0);
     beatgrid = static_cast<float>(beats);
     frameskip = skip;
@@ -65,6 +66,19 @@ int port_getattribute(port_glattr_t attribute, int* value) {
     return 0;
 }
 
+bool port_windownumbers(port_windownumbers_s* numbers) {
+    if (testport.windownumbers)
+        *numbers = *testport.windownumbers;
+    return testport.windownumbers != nullptr;
+}
+
+bool port_setwindowtype(port_windowtype_t type) {
+    if (testport.windownumbers)
+        note(type == PORT_WINDOW_DIALOG ? "port_setwindowtype(dialog)"
+                                        : "port_setwindowtype(normal)");
+    return testport.windownumbers != nullptr;
+}
+
 void port_present() {
     note("port_present()");
     ++testport.presents;
@@ -73,10 +87,21 @@ void port_present() {
     testport.now += testport.presentstep;
 }
 
-void port_timeofday(vxqtime_t* now) {
-    now->tv_sec = static_cast<time_t>(testport.now / 1000000);
-    now->tv_usec = static_cast<suseconds_t>(testport.now % 1000000);
+void port_timeofday(struct timeval* now) {
+    const long long shown = testport.now + testport.set + testport.slept;
+    now->tv_sec = static_cast<time_t>(shown / 1000000);
+    now->tv_usec = static_cast<suseconds_t>(shown % 1000000);
     testport.now += testport.readstep;
+    if (testport.onread)
+        testport.onread();
+}
+
+long long port_awake() {
+    return testport.now;
+}
+
+long long port_slept() {
+    return testport.slept;
 }
 
 float port_framehold() {

@@ -9,16 +9,21 @@
 #include <vector>
 
 struct testport_s {
-    // Microseconds of the clock; presentstep is added at each present, readstep at each reading.
+    // Microseconds that the machine was awake; presentstep is added at each present, readstep at
+    // each reading of the time of day, which shows what was slept and set on top.
     long long now = 0;
+    long long slept = 0;
+    long long set = 0;
     long long presentstep = 20000;
     long long readstep = 0;
+    std::function<void()> onread; // after each reading
     float framehold = 0.0f;
 
     int width = 854, height = 480;  // of the window
     SDL_Surface* desktop = nullptr; // what is captured
     bool haswindow = true;
-    int attributeerror = -1; // the attribute whose query fails
+    const port_windownumbers_s* windownumbers = nullptr; // what X11 would call its windows
+    int attributeerror = -1;                             // the attribute whose query fails
 
     long long presents = 0;
     std::function<void()> onpresent; // before the clock moves; may throw to leave demo_run

@@ -2,6 +2,13 @@
 
 #include "gldouble.h"
 #include "printed.h"
+#include <atomic>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -138,9 +145,10 @@ TEST(texture_death, an_image_that_cannot_be_had_ends_the_show) {
 TEST(texture, makes_a_cube_map_from_six_companion_lines) {
     scratch_c scratch;
     std::string companion;
-    for (int face = 0; face < 6; ++face) {
+    for (int face = 0; face < 6; ++face) { // each as wide as its number, from 1
         const std::string name = "face" + std::to_string(face) + ".tga";
-        writepicture(name, 1, 1, 24, bytes(3, static_cast<unsigned char>(face)));
+        const bytes pixels(3 * (static_cast<size_t>(face) + 1), static_cast<unsigned char>(face));
+        writepicture(name, face + 1, 1, 24, pixels);
         companion += name + "\n";
     }
     writefile("cube.txt", companion);
@@ -151,14 +159,16 @@ TEST(texture, makes_a_cube_map_from_six_companion_lines) {
               "texture bpp: 24\n");
     EXPECT_NE(said.find("noin: 5\n"), std::string::npos);
     const texts calls = gldouble::calls();
-    EXPECT_EQ(texts(calls.begin(), calls.begin() + 5),
+    EXPECT_EQ(texts(calls.begin(), calls.begin() + 4),
               (texts{"glGenTextures(1)", "glBindTexture(GL_TEXTURE_CUBE_MAP, 1)",
                      "glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_MAG_FILTER, GL_NEAREST)",
-                     "glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_MIN_FILTER, GL_NEAREST)",
-                     "glTexImage2D(GL_TEXTURE_CUBE_MAP_POSITIVE_X, 0, GL_RGB, 1, 1, 0, GL_RGB, "
-                     "GL_UNSIGNED_BYTE, ptr)"}));
-    EXPECT_EQ(calls[9], "glTexImage2D(GL_TEXTURE_CUBE_MAP_NEGATIVE_Z, 0, GL_RGB, 1, 1, 0, GL_RGB, "
-                        "GL_UNSIGNED_BYTE, ptr)");
+                     "glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_MIN_FILTER, GL_NEAREST)"}));
+    const char* faces[] = {"POSITIVE_X", "NEGATIVE_X", "POSITIVE_Y",
+                           "NEGATIVE_Y", "POSITIVE_Z", "NEGATIVE_Z"};
+    for (size_t face = 0; face < 6; ++face)
+        EXPECT_EQ(calls[4 + face], std::string("glTexImage2D(GL_TEXTURE_CUBE_MAP_") + faces[face] +
+                                       ", 0, GL_RGB, " + std::to_string(face + 1) +
+                                       ", 1, 0, GL_RGB, GL_UNSIGNED_BYTE, ptr)");
     EXPECT_EQ(gldouble::image(tex.textureid).pixels[0], 5) << "the last face";
     EXPECT_EQ(tex.textureid, 1u);
 }
@@ -169,6 +179,17 @@ TEST(texture, makes_no_cube_map_from_five_companion_lines) {
     texture_c tex{};
     EXPECT_EQ(printed([&] { tex.load("cube", TEX_CUBE); }),
               "5 texes\nloading cubemap cube as 2\nno subtexes.\n");
+    EXPECT_EQ(tex.textureid, 0u);
+    EXPECT_TRUE(gldouble::calls().empty());
+}
+
+TEST(texture, makes_no_cube_map_from_seven_companion_lines) {
+    scratch_c scratch;
+    writeredovergreen("a.tga");
+    writefile("cube.txt", "a.tga\na.tga\na.tga\na.tga\na.tga\na.tga\na.tga\n");
+    texture_c tex{};
+    EXPECT_EQ(printed([&] { tex.load("cube", TEX_CUBE); }),
+              "7 texes\nloading cubemap cube as 2\nno subtexes.\n");
     EXPECT_EQ(tex.textureid, 0u);
     EXPECT_TRUE(gldouble::calls().empty());
 }
@@ -201,6 +222,33 @@ texture_c companion(const std::string& content) {
 
 texts lines(const texture_c& tex) {
     return {tex.subtexdata, tex.subtexdata + tex.subtexnum};
+}
+
+TEST(subtextures, before_a_read_error_are_all_there) {
+    scratch_c scratch;
+    ASSERT_EQ(mkfifo("picture.txt", 0600), 0);
+    struct sigaction interrupt = {};
+    interrupt.sa_handler = [](int) {};
+    sigaction(SIGUSR1, &interrupt, nullptr); // not restarting: the read fails
+    const pthread_t reader = pthread_self();
+    std::atomic<bool> done = false;
+    std::thread writer([&] {
+        const int fd = open("picture.txt", O_WRONLY);
+        const std::string lines = "a 0 0 1 1\nb 0 0 1 1\n";
+        EXPECT_EQ(write(fd, lines.data(), lines.size()), ssize_t(lines.size()));
+        int unread = 1;
+        while (unread > 0)
+            ioctl(fd, FIONREAD, &unread);
+        for (; !done; usleep(1000))
+            pthread_kill(reader, SIGUSR1);
+        close(fd);
+    });
+    texture_c tex{};
+    EXPECT_EQ(printed([&] { tex.checksubtex("picture"); }), "2 texes\n");
+    done = true;
+    writer.join();
+    ASSERT_EQ(tex.subtexnum, 2);
+    EXPECT_STREQ(tex.subtexdata[1], "b 0 0 1 1");
 }
 
 TEST(subtextures, are_the_lines_of_the_companion) {
@@ -338,6 +386,17 @@ TEST(fromsurface, takes_filter_and_wrap_from_the_flags_and_the_format_from_the_s
     EXPECT_EQ(gldouble::image(2).format, GLenum(GL_RGB));
     SDL_FreeSurface(deep);
     SDL_FreeSurface(shallow);
+}
+
+TEST(fromsurface, of_no_surface_makes_nothing) {
+    texture_c tex{};
+    EXPECT_EQ(printed([&] {
+                  tex.fromsurface(nullptr);
+                  tex.fromsurface_subtex(nullptr);
+              }),
+              "");
+    EXPECT_EQ(tex.textureid, 0u);
+    EXPECT_TRUE(gldouble::calls().empty());
 }
 
 TEST(fromsurface, refuses_a_depth_that_gl_does_not_have) {

@@ -2,9 +2,11 @@
 
 #include "spring.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <deque>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
@@ -35,6 +37,13 @@ TEST(util, rnd_is_rand_scaled_to_one) {
     EXPECT_EQ(util::rnd(), 0.5f);
     EXPECT_EQ(util::rnd(), 0.25f);
     EXPECT_EQ(drawn, 3);
+}
+
+TEST(util, rnd_scales_by_exactly_two_to_the_minus_31) {
+    for (int value : {1, 3, 1000003, 123456 << 8, 0x7fffff80}) {
+        forced = {value};
+        EXPECT_EQ(util::rnd(), std::ldexp(static_cast<float>(value), -31)) << value;
+    }
 }
 
 TEST(util, rnd_and_rnd_n_never_return_one) {
@@ -79,6 +88,15 @@ TEST(util, vecRand3_takes_lengths_at_both_limits) {
 TEST(util, vecRand3_of_no_radius_draws_once) {
     EXPECT_EQ(util::vecRand3(0.0f, 0.0f), vec3(0.0f));
     EXPECT_EQ(drawn, 3);
+}
+
+TEST(util, vecRand3_of_a_radius_beyond_single_precision_still_ends) {
+    for (float radius : {2e19f, 1e30f, std::numeric_limits<float>::infinity()}) {
+        forced = {0, 0, 0, 0, 0, 0};
+        drawn = 0;
+        EXPECT_LT(util::vecRand3(0.0f, radius).x, 0.0f) << radius;
+        EXPECT_EQ(drawn, 3) << radius;
+    }
 }
 
 TEST(util_death, vecRand3_aborts_on_crossed_limits) {
@@ -129,6 +147,39 @@ TEST(spring, is_at_zero_by_default) {
     EXPECT_EQ(spring.pos, vec3(0.0f));
     EXPECT_EQ(spring.vel, vec3(0.0f));
     EXPECT_EQ(spring.targetpos, vec3(0.0f));
+}
+
+TEST(spring, five_values_are_those_and_a_speed) {
+    const spring_c<float> spring(2.0f, 0.5f, 0.002f, 0.4f, 0.7f);
+    EXPECT_EQ(spring.pos, 2.0f);
+    EXPECT_EQ(spring.targetpos, 0.5f);
+    EXPECT_EQ(spring.acc, 0.002f);
+    EXPECT_EQ(spring.damp, 0.4f);
+    EXPECT_EQ(spring.vel, 0.7f);
+}
+
+TEST(spring, three_values_are_a_place_of_rest_pull_and_damping) {
+    const spring_c<float> spring(2.0f, 0.002f, 0.4f);
+    EXPECT_EQ(spring.pos, 2.0f);
+    EXPECT_EQ(spring.targetpos, 2.0f);
+    EXPECT_EQ(spring.acc, 0.002f);
+    EXPECT_EQ(spring.damp, 0.4f);
+    EXPECT_EQ(spring.vel, 0.0f);
+}
+
+TEST(spring, five_and_three_values_are_floats_for_vectors_too) {
+    const spring_c<vec3> five(2.0f, 0.5f, 0.002f, 0.4f, 0.7f);
+    EXPECT_EQ(five.pos, vec3(2.0f));
+    EXPECT_EQ(five.targetpos, vec3(0.5f));
+    EXPECT_EQ(five.acc, vec3(0.002f));
+    EXPECT_EQ(five.damp, vec3(0.4f));
+    EXPECT_EQ(five.vel, vec3(0.7f));
+    const spring_c<vec2> three(2.0f, 0.002f, 0.4f);
+    EXPECT_EQ(three.pos, vec2(2.0f));
+    EXPECT_EQ(three.targetpos, vec2(2.0f));
+    EXPECT_EQ(three.acc, vec2(0.002f));
+    EXPECT_EQ(three.damp, vec2(0.4f));
+    EXPECT_EQ(three.vel, vec2(0.0f));
 }
 
 TEST(spring, pulls_at_half_strength_from_rest) {

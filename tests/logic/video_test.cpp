@@ -56,6 +56,12 @@ TEST(video, puts_the_gl_strings_on_standard_output) {
               "Version    : OpenGL ES 2.0 double\nExtensions : GL_A GL_B\n");
 }
 
+TEST(video, says_nothing_for_gl_strings_that_are_not_there) {
+    gldouble::answers.strings = false;
+    EXPECT_EQ(printedout([] { init_gl(); }),
+              "Vendor     : \nRenderer   : \nVersion    : \nExtensions : \n");
+}
+
 TEST(video, says_why_the_version_is_not_known) {
     testport.attributeerror = PORT_GL_CONTEXT_MAJOR_VERSION;
     const std::string said = printed([] { init_gl(); });
@@ -101,6 +107,34 @@ TEST(video, is_silent_about_windows_where_there_is_no_x11) {
                   compositor_fix(1);
               }),
               "");
+}
+
+TEST(video, reports_the_numbers_of_its_windows) {
+    const port_windownumbers_s numbers{0x1234ABCD, 0, 0x10};
+    testport.windownumbers = &numbers;
+    EXPECT_EQ(printed(x11info), "our window id: 1234ABCD\nour fswindow id: 00000000\n"
+                                "our wmwindow id: 00000010\n");
+}
+
+TEST(video, is_a_dialog_at_stage_0_and_a_normal_window_at_any_other) {
+    const port_windownumbers_s numbers{};
+    testport.windownumbers = &numbers;
+    EXPECT_EQ(printed([] {
+                  for (int stage : {0, 1, -1})
+                      compositor_fix(stage);
+              }),
+              "setting the hildon atom\nsetting the hildon atom\nsetting the hildon atom\n");
+    EXPECT_EQ(testport.calls, (texts{"port_setwindowtype(dialog)", "port_setwindowtype(normal)",
+                                     "port_setwindowtype(normal)"}));
+}
+
+TEST(video, is_a_dialog_before_its_report) {
+    const port_windownumbers_s numbers{1, 2, 3};
+    testport.windownumbers = &numbers;
+    const std::string said = printed([] { init_gl(); });
+    EXPECT_EQ(said.substr(0, said.find("depth")),
+              "initting GLES\nsetting the hildon atom\nmajor version: 2\n"
+              "our window id: 00000001\nour fswindow id: 00000002\nour wmwindow id: 00000003\n");
 }
 
 TEST(video_death, aborts_without_a_window) {

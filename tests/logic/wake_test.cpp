@@ -12,7 +12,7 @@ const char heartbeat[] = "Up all night dont ever let me go, I'll die for you\n";
 
 TEST(wake, without_a_bus_says_so_and_starts_nothing) {
     EXPECT_EQ(printed(pysyhereilla), "bus == NULL\n");
-    EXPECT_EQ(testport.calls, texts{"dbus_bus_get(1)"});
+    EXPECT_EQ(testport.calls, texts{"dbus_bus_get(1, error)"});
     EXPECT_TRUE(services.timers.empty());
 }
 
@@ -20,7 +20,7 @@ TEST(wake, makes_the_message_once_and_asks_for_the_timer_at_once) {
     services.bus = true;
     EXPECT_EQ(printed(pysyhereilla), "");
     EXPECT_EQ(testport.calls,
-              (texts{"dbus_bus_get(1)", "dbus_connection_set_exit_on_disconnect(0)",
+              (texts{"dbus_bus_get(1, error)", "dbus_connection_set_exit_on_disconnect(0)",
                      "dbus_message_new_method_call(com.nokia.mce, /com/nokia/mce/request, "
                      "com.nokia.mce.request, req_display_blanking_pause)",
                      "dbus_message_set_no_reply(1)", "SDL_AddTimer(0)"}));

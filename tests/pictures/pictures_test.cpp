@@ -4,6 +4,7 @@
 #include "main/clock.h"
 #include "playback.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
@@ -13,10 +14,16 @@ namespace {
 constexpr float wakeup_beats = 0.3f;    // drawn this long before a picture is compared
 constexpr float neighbour_beats = 1.0f; // a moment later that must look different
 
+// Who draws slowly, such as an emulated processor, names the beats in TARVISK_BEATS.
+bool isasked(const std::string& beat) {
+    const char* asked = std::getenv("TARVISK_BEATS");
+    return !asked || (" " + std::string(asked) + " ").find(" " + beat + " ") != std::string::npos;
+}
+
 std::map<float, picture_s> blessedpictures() {
     std::map<float, picture_s> blessed;
     for (const auto& file : std::filesystem::directory_iterator(PICTURE_FOLDER))
-        if (file.path().extension() == ".png")
+        if (file.path().extension() == ".png" && isasked(file.path().stem()))
             blessed[std::stof(file.path().stem())] = picture_read(file.path());
     return blessed;
 }
@@ -41,7 +48,7 @@ void expectmatch(float beat, const picture_s& expected, const picture_s& got) {
 
 TEST(pictures, show_what_was_blessed) {
     const std::map<float, picture_s> blessed = blessedpictures();
-    ASSERT_GE(blessed.size(), 6u);
+    ASSERT_GE(blessed.size(), 3u);
     playback_load(small());
     auto next = blessed.begin();
     playback_run([&] {

@@ -1,19 +1,22 @@
 """The sound that the show itself plays, from SDL's disk audio driver, beside its event lines."""
 
 import os
+import signal
 import tempfile
+import time
 import unittest
 
 import numpy
 
 from movies import BEAT, beat_seconds, lag, ROOT, sound
-from stage import ShowTest
+from stage import ShowTest, wait_until
 
 LATEST = 0.025  # seconds from an event's beat to the frame that shows it
 BUFFERS = 0.25  # seconds of sound that are mixed before the song's place is set
 # A machine that is busy with something else draws late frames, whatever the show does: it is given
 # another go, and where it never comes to its frames there is nothing to be learnt about the show.
 GOES = 3
+STOP = 13  # seconds that the process is stopped
 ENOUGH = 45  # frames a second
 
 
@@ -74,6 +77,25 @@ class Sync(ShowTest):
     def test_scenes_change_on_their_beats_in_the_rock(self):
         self.expect_events(beat_seconds(158),
                            {"stoptunnel": 160, "bump1": 165, "bump2": 170, "bump3": 173})
+
+    def test_song_is_where_the_picture_is_after_a_stop(self):
+        stage = self.stage(427, 240)
+        raw = os.path.join(tempfile.mkdtemp(dir=stage.folder), "sound.raw")
+        show = self.show(stage, SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILE=raw,
+                         SDL_DISKAUDIODELAY="90")
+        show.wait_for_frames()
+        wait_until(lambda: self.seconds(stage, show) > 2, "two seconds of the show")
+        show.process.send_signal(signal.SIGSTOP)
+        time.sleep(STOP)
+        show.process.send_signal(signal.SIGCONT)
+        resumed = os.path.getsize(raw) // 4
+        wait_until(lambda: os.path.getsize(raw) // 4 > resumed + 3 * 44100, "three more seconds")
+        now = self.seconds(stage, show)
+        samples = numpy.fromfile(raw, numpy.int16).reshape(-1, 2).mean(axis=1) / 32768
+        song = sound(ROOT + "/tarvisk.ogg")
+        at, alike = lag(samples[-44100:].astype(numpy.float32), song)
+        self.assertGreater(alike, 0.8)
+        self.assertLess(abs((at + 44100) / 44100 - now), STOP / 2)
 
     def test_scenes_change_on_their_beats_at_the_end(self):
         # From here the earlier scenes pass in a frame each.

@@ -1,3 +1,4 @@
+import subprocess
 import unittest
 
 import numpy
@@ -34,6 +35,22 @@ class Clip(MovieTest):
         self.assertAlmostEqual(float(self.chapters[0]["end_time"]), self.frames / 50, delta=0.02)
 
 
+class Matroska(MovieTest):
+    def test_has_the_same_pictures_and_sound_from_its_first_moment_on(self):
+        record("--to", "3", self.file("clip.mkv"))
+        record("--to", "3", self.file("clip.mp4"))
+        video, audio, chapters = probe(self.file("clip.mkv"))
+        self.assertEqual(float(video["start_time"]), 0.0)
+        self.assertEqual(float(audio["start_time"]), 0.0)
+        self.assertEqual(len(chapters), 1)
+        a, b = pictures(self.file("clip.mkv")), pictures(self.file("clip.mp4"))
+        self.assertEqual(len(a), first_frame(3))
+        self.assertTrue(numpy.array_equal(a, b))
+        head = subprocess.run(["ffprobe", "-v", "error", "-show_entries", "format=format_name",
+                               self.file("clip.mkv")], check=True, capture_output=True, text=True)
+        self.assertIn("matroska", head.stdout)
+
+
 class Rates(MovieTest):
     def expect(self, name, rate):
         record("--rate", name, "--to", "3", self.file("clip.mp4"))
@@ -63,6 +80,43 @@ class Repeated(MovieTest):
         self.assertEqual(len(late), first_frame(12) - first_frame(11))
         self.assertTrue(numpy.array_equal(a[-len(late) :], late))
         self.assertFalse(numpy.array_equal(a[: len(late)], late), "other moments look different")
+
+
+class Parallel(MovieTest):
+    """Several processes make the same movie as one: the same packets, the same chapters."""
+
+    def md5(self, name, *arguments):
+        run = subprocess.run(["ffmpeg", "-v", "error", "-i", self.file(name), "-map", "0:v",
+                              *arguments, "-f", "framemd5", "-"], check=True, capture_output=True)
+        return run.stdout
+
+    def expect_same(self, *arguments):
+        for count in ("1", "3"):
+            record(*arguments, "--parallel", count, self.file(count + ".mp4"))
+        self.assertEqual(self.md5("1.mp4", "-c", "copy"), self.md5("3.mp4", "-c", "copy"))
+        one, three = probe(self.file("1.mp4")), probe(self.file("3.mp4"))
+        self.assertEqual(one[2], three[2], "chapters")
+        self.assertEqual(one[1]["duration"], three[1]["duration"])
+        return one[0]
+
+    def test_recordings_of_four_stretches_and_a_scene_change(self):
+        self.expect_same("--from", "120", "--to", "172")
+
+    def test_recordings_at_an_odd_rate_with_blur(self):
+        video = self.expect_same("--from", "40", "--to", "66", "--rate", "30000/1001",
+                                 "--blur", "2")
+        self.assertEqual(video["r_frame_rate"], "30000/1001")
+        frames = first_frame(66, 30000 / 1001) - first_frame(40, 30000 / 1001)
+        self.assertEqual(int(video["nb_read_frames"]), frames)
+
+    def test_stretches_join_without_a_seam(self):
+        """A frame of the second stretch is the same when it is recorded from elsewhere on."""
+        lossless = ["--quality", "0", "--to", "38"]
+        record(*lossless, "--from", "20", "--parallel", "2", self.file("a.mp4"))
+        record(*lossless, "--from", "33", self.file("b.mp4"))
+        a, b = pictures(self.file("a.mp4")), pictures(self.file("b.mp4"))
+        self.assertEqual(len(a), first_frame(38) - first_frame(20))
+        self.assertTrue(numpy.array_equal(a[-len(b) :], b))
 
 
 class Blurred(MovieTest):

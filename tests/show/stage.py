@@ -5,22 +5,24 @@ The environment says what is played and where: SHOW, the program; SHOW_WM, a win
 start or nothing; SHOW_SDL, a folder with the compatibility SDL 1.2 to put in front or nothing;
 SHOW_COMPATIBILITY, anything where the system's SDL 1.2 is that library already.
 
-Tests wait for lines and pictures as long as a slow, busy machine may take (PATIENCE seconds); no
-test asserts that something is fast.
+Tests wait for lines and pictures as long as a slow, busy machine may take (machine.PATIENCE); no
+test asserts that something is fast, or that what was said has been read already. What waits for ever
+all the same is ended, and says where it stood.
 """
 
 import os
 import re
 import shutil
+import signal
 import subprocess
 import tempfile
 import threading
-import time
-import unittest
 
 import numpy
 from PIL import Image, ImageGrab
 
+import machine
+from machine import WatchedTest, wait_until
 from xclient import XClient
 
 ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
@@ -28,19 +30,7 @@ PROGRAM = os.path.realpath(os.environ.get("SHOW", os.path.join(ROOT, "build", "t
 WINDOW_MANAGER = os.environ.get("SHOW_WM", "")
 OTHER_SDL = os.environ.get("SHOW_SDL", "")
 COMPATIBILITY = bool(OTHER_SDL or os.environ.get("SHOW_COMPATIBILITY"))
-PATIENCE = 120
 CLOCK = r"timeval: (-?\d+\.\d{3}) beatgrid: (-?\d+\.\d{3})"
-
-
-def wait_until(condition, what):
-    """Polls until condition() is true and returns its value."""
-    end = time.monotonic() + PATIENCE
-    while time.monotonic() < end:
-        value = condition()
-        if value:
-            return value
-        time.sleep(0.05)
-    raise AssertionError("waited in vain for " + what)
 
 
 def desktop_picture(width=854, height=480):
@@ -64,8 +54,8 @@ class Stage:
         self._start_server()
         self.x = XClient(self.display)
         if window_manager:
-            self._start(window_manager)
-            wait_until(self.x.is_managed, window_manager)
+            self._start(*window_manager.split())
+            wait_until(self.x.manager_probe(), window_manager)
 
     def _start(self, *command, **options):
         environment = dict(os.environ, DISPLAY=self.display, XDG_CACHE_HOME=self.folder)
@@ -75,13 +65,12 @@ class Stage:
         return process
 
     def _start_server(self):
-        readable, writable = os.pipe()
-        self.display = ""
-        self._start("Xvfb", "-displayfd", str(writable), "-nolisten", "tcp", "-noreset", "-screen",
-                    "0", f"{self.width}x{self.height}x{self.depth}", pass_fds=[writable])
-        os.close(writable)
-        with os.fdopen(readable) as number:
-            self.display = ":" + number.readline().strip()
+        self._start_x("Xvfb", "-screen", "0", f"{self.width}x{self.height}x{self.depth}")
+
+    def _start_x(self, *command):
+        process, self.display = machine.start_display(*command, "-noreset",
+                                                      env=dict(os.environ, XDG_CACHE_HOME=self.folder))
+        self.processes.append(process)
 
     def lose_display(self):
         self.x.close()
@@ -152,6 +141,11 @@ def show_environment(stage):
     return base
 
 
+def hear_interrupts():
+    """What is started in the background of a script would ignore them."""
+    signal.signal(signal.SIGINT, signal.SIG_DFL)
+
+
 class Show:
     """A run of the program. .lines is its standard error so far, without the reports that come
     from timers; those are in .ticks."""
@@ -164,7 +158,8 @@ class Show:
         self.output = tempfile.TemporaryFile()
         self.process = subprocess.Popen([program, *options], cwd=cwd, env=base, text=True,
                                         errors="replace", stdin=subprocess.DEVNULL,
-                                        stdout=self.output, stderr=subprocess.PIPE)
+                                        stdout=self.output, stderr=subprocess.PIPE,
+                                        preexec_fn=hear_interrupts)
         self.reader = threading.Thread(target=self._read, daemon=True)
         self.reader.start()
 
@@ -205,7 +200,7 @@ class Show:
 
     def status(self):
         """Waits for the end; the exit status."""
-        self.process.wait(PATIENCE)
+        self.process.wait(machine.PATIENCE)
         self.reader.join()
         return self.process.returncode
 
@@ -243,7 +238,7 @@ class Gate:
         os.close(self.end)
 
 
-class ShowTest(unittest.TestCase):
+class ShowTest(WatchedTest):
     """A test with stages and shows that end with it."""
 
     def stage(self, *arguments, **options):

@@ -7,6 +7,9 @@ import subprocess
 import threading
 import unittest
 
+import numpy
+from PIL import Image
+
 from stage import PROGRAM, ROOT, ShowTest, desktop_picture, show_environment, wait_until
 
 
@@ -60,6 +63,35 @@ class Lack(ShowTest):
         show.wait("viewport should be now 640, 480")
         show.wait_for_frames()
         self.assert_s_is_black(stage, show)
+
+    def test_black_desktop_of_a_wayland_session_is_replaced(self):
+        stage = self.stage()
+        show = self.show(stage, "--nomusic", "--skip", "35", WAYLAND_DISPLAY="wayland-0")
+        show.wait_for_frames()
+        with Image.open(os.path.join(ROOT, "gfx/harmattan-home.png")) as image:
+            standin = numpy.asarray(image.convert("RGB"))[:480, :854]
+        wait_until(lambda: stage.grab().any() and not stage.shows(standin), "a frame of the show")
+        stage.key("keydown", "s")
+        stage.wait_for_picture(standin, "the stand-in while s is held", tolerance=2)
+
+    def test_desktop_of_a_wayland_session_that_can_be_had_is_taken(self):
+        stage = self.stage()
+        desktop = desktop_picture()
+        stage.hang(desktop)
+        show = self.show(stage, "--nomusic", "--skip", "35", WAYLAND_DISPLAY="wayland-0")
+        show.wait_for_frames()
+        wait_until(lambda: not stage.shows(desktop), "a frame of the show")
+        stage.key("keydown", "s")
+        stage.wait_for_picture(desktop, "the desktop while s is held")
+
+    def test_frames_that_cannot_be_shown_are_reported_once(self):
+        show = self.show(self.stage(), "--nomusic", LD_PRELOAD=os.environ["NOSWAP"])
+        show.wait_for_frames()
+        show.wait("fps: .*", lines=show.ticks)
+        lines = [line for line in show.lines if line.startswith("frames cannot be shown")]
+        self.assertEqual(lines, ["frames cannot be shown (EGL error 0x300d)"])
+        show.process.send_signal(signal.SIGTERM)
+        self.assertEqual(show.status(), 1)
 
     def test_larger_screen_gives_its_top_left_part(self):
         stage = self.stage(1280, 720)

@@ -1,15 +1,18 @@
 """Where the picture lies on screens of all shapes: over the full width, in the middle of the height,
 black above and below; taller than the screen, it is cropped and not squeezed."""
 
+import os
+import subprocess
 import unittest
 
 import numpy
 
-from stage import Gate, ShowTest, desktop_picture, wait_until
+from stage import COMPATIBILITY, Gate, ShowTest, desktop_picture, wait_until
 
 CAPTURE = 854, 480
 ROCK = "102.5"  # seconds: a scene that is bright from edge to edge, for the next twelve
 BRIGHT = 40
+NO_MONITORS = "the compatibility library knows a screen's outputs, not monitors made of one output"
 
 
 def viewport(width, height, aspect):
@@ -31,8 +34,8 @@ class Screens(ShowTest):
         gate = Gate(folder, "gfx/whiteback.jpg")
         show = self.show(stage, "--nomusic", "--skip", ROCK, *options, cwd=folder)
         gate.wait()
-        self.assertTrue(show.find(f"screen res: {width}, {height}"), show.lines)
-        self.assertTrue(show.find(f"viewport should be now {width}, {height}"), show.lines)
+        show.wait(f"screen res: {width}, {height}")
+        show.wait(f"viewport should be now {width}, {height}")
         where = f"in rows {rows.start} to {rows.stop}"
         if width >= CAPTURE[0] and height >= CAPTURE[1]:
             wait_until(lambda: self.is_capture(stage.grab(), desktop, h, above),
@@ -64,6 +67,35 @@ class Screens(ShowTest):
         picture = bright[rows]
         bright = numpy.delete(bright, rows, axis=0)
         return (picture.max(axis=1) > BRIGHT).all() and not bright.any()
+
+    @unittest.skipIf(COMPATIBILITY, NO_MONITORS)
+    def test_of_several_monitors_that_of_the_pointer_is_filled(self):
+        self.check_monitors(700, 600)
+
+    @unittest.skipIf(COMPATIBILITY, NO_MONITORS)
+    def test_of_several_monitors_the_one_that_was_chosen_is_filled(self):
+        self.check_monitors(100, 0, SDL_VIDEO_FULLSCREEN_HEAD="0")
+        self.check_monitors(100, 600, SDL_VIDEO_FULLSCREEN_HEAD="1")
+
+    def check_monitors(self, pointer, filled, **environment):
+        """The show on a screen of two monitors, the second one from column 600 on."""
+        stage = self.stage(1400, 450)
+        desktop = desktop_picture(1400, 450)
+        stage.hang(desktop)
+        for name, width, x, output in ("first", 600, 0, "screen"), ("second", 800, 600, "none"):
+            subprocess.run(["xrandr", "--setmonitor", name, f"{width}/100x450/100+{x}+0", output],
+                           check=True, env=dict(os.environ, DISPLAY=stage.display))
+        stage.key("mousemove", str(pointer), "200")
+        show = self.show(stage, "--nomusic", "--skip", ROCK, **environment)
+        columns = slice(600, 1400) if filled else slice(0, 600)
+        other = slice(0, 600) if filled else slice(600, 1400)
+        width = columns.stop - columns.start
+        h, above = viewport(width, 450, CAPTURE)
+        show.wait(f"screen res: {width}, 450")
+        show.wait_for_frames()
+        wait_until(lambda: self.is_lit_in(stage.grab()[:, columns], slice(above, above + h)),
+                   "the show on its monitor")
+        self.assertTrue((stage.grab()[:, other] == desktop[:, other]).all(), "the other monitor")
 
     def test_phone(self):
         self.check(854, 480)

@@ -5,6 +5,7 @@ import shutil
 import subprocess
 import unittest
 
+from machine import listens
 from stage import ShowTest, wait_until
 
 DEVICE = os.environ.get("SOUND_DEVICE_PLUGIN")
@@ -61,7 +62,7 @@ class Sound(ShowTest):
             env=environment, stderr=subprocess.DEVNULL)
         self.addCleanup(server.wait)
         self.addCleanup(server.kill)
-        wait_until(lambda: os.path.exists(address[5:]), "the sound server")
+        wait_until(lambda: listens(address[5:]), "the sound server")
         show = self.show(stage, "--skip", "35", SDL_AUDIODRIVER="pulse", PULSE_SERVER=address)
 
         def plays():
@@ -84,6 +85,7 @@ class Sound(ShowTest):
             file.write("hang")
         self.goes_on(stage, show)
         self.quits(stage, show)
+        self.assertRegex(show.stdout(), "^Vendor .*\n")
 
     def test_device_is_closed_when_the_display_is_lost(self):
         stage, show, device = self.with_device()

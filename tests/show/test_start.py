@@ -78,14 +78,18 @@ class Start(ShowTest):
     def test_dialog_until_two_seconds_then_normal(self):
         stage = self.stage()
         stage.x.atom("_NET_WM_WINDOW_TYPE")  # as any window manager has named it
-        show = self.show(stage)
+        folder = stage.scratch()
+        gate = Gate(folder, "gfx/whiteback.jpg")  # the first type is there as long as it is shut
+        show = self.show(stage, cwd=folder)
         window = show.window("fs") or show.window()
 
         def type_is(kind):
             atom = stage.x.atom("_NET_WM_WINDOW_TYPE_" + kind)
             return stage.x.property(window, "_NET_WM_WINDOW_TYPE") == atom
 
+        gate.wait()
         wait_until(lambda: type_is("DIALOG"), "the dialog type")
+        gate.open()
         line = "setting the hildon atom"
         wait_until(lambda: show.lines.count(line) >= 2, "the second " + line)
         wait_until(lambda: type_is("NORMAL"), "the normal type")

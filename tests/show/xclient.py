@@ -2,6 +2,7 @@
 
 import ctypes
 import ctypes.util
+import itertools
 import time
 
 _x = ctypes.CDLL(ctypes.util.find_library("X11"))
@@ -52,18 +53,26 @@ class XClient:
             ctypes.byref(unit), ctypes.byref(count), ctypes.byref(rest), ctypes.byref(data))
         return data[0] if count.value and data else None
 
-    def is_managed(self):
-        """Whether a window manager takes care of a new window. One that is still starting may
-        lose windows that appear too early."""
-        probe = ctypes.c_ulong(_x.XCreateSimpleWindow(self.display, self.root, 0, 0, 9, 9, 0,
-                                                      ctypes.c_ulong(0), ctypes.c_ulong(0)))
-        _x.XMapWindow(self.display, probe)
-        _x.XSync(self.display, 0)
-        time.sleep(0.1)
-        managed = self.property(probe.value, "WM_STATE") is not None
-        _x.XDestroyWindow(self.display, probe)
-        _x.XSync(self.display, 0)
-        return managed
+    def manager_probe(self):
+        """A function that says whether a window manager takes care of a new window. One that is
+        still starting may lose windows that appear too early: each call gives it another, and more
+        time than the last."""
+        seconds = itertools.count(1)
+
+        def is_managed():
+            probe = ctypes.c_ulong(_x.XCreateSimpleWindow(self.display, self.root, 0, 0, 9, 9, 0,
+                                                          ctypes.c_ulong(0), ctypes.c_ulong(0)))
+            _x.XMapWindow(self.display, probe)
+            _x.XSync(self.display, 0)
+            managed, end = False, time.monotonic() + next(seconds)
+            while not managed and time.monotonic() < end:
+                time.sleep(0.02)
+                managed = self.property(probe.value, "WM_STATE") is not None
+            _x.XDestroyWindow(self.display, probe)
+            _x.XSync(self.display, 0)
+            return managed
+
+        return is_managed
 
     def ask_to_close(self, window):
         """What a window manager sends when the viewer closes the window."""

@@ -113,7 +113,7 @@ int main(int argc, char** argv) {
     playback_load(playback);
     watch_c watch(atof(argv[1]));
     playback_run([&] {
-        playback_skim(true);
+        glViewport(0, 0, 1, 1); // every vertex goes through, hardly a pixel
         glFinish(); // nobody waits for a frame here: the driver would queue them, and its memory
                     // grow
         watch.frame();

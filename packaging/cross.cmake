@@ -1,0 +1,15 @@
+# Builds for another processor of the same Debian: its libraries lie in $SYSROOT, its compiler's
+# prefix is $CROSS (aarch64-linux-gnu), an emulator named in $EMULATOR runs what was built.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSROOT $ENV{SYSROOT})
+set(CMAKE_C_COMPILER $ENV{CROSS}-gcc)
+set(CMAKE_CXX_COMPILER $ENV{CROSS}-g++)
+set(CMAKE_LIBRARY_ARCHITECTURE $ENV{CROSS})
+set(CMAKE_CROSSCOMPILING_EMULATOR $ENV{EMULATOR} -L ${CMAKE_SYSROOT})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(ENV{PKG_CONFIG_SYSROOT_DIR} ${CMAKE_SYSROOT})
+set(ENV{PKG_CONFIG_LIBDIR}
+    ${CMAKE_SYSROOT}/usr/lib/$ENV{CROSS}/pkgconfig:${CMAKE_SYSROOT}/usr/share/pkgconfig)
