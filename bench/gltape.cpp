@@ -1,13 +1,17 @@
 #include "gltape.h"
 
+#include "glquery.h"
+
 #include <algorithm>
 #include <cstring>
 #include <deque>
-#include <dlfcn.h>
 #include <GLES2/gl2.h>
 #include <map>
 #include <tuple>
 #include <vector>
+
+using glquery::original;
+using glquery::state;
 
 namespace {
 
@@ -43,12 +47,6 @@ size_t record(result_t (*gl)(arguments_t...), std::common_type_t<arguments_t>...
     new (&tape[place])
         call_s<result_t, arguments_t...>{play<result_t, arguments_t...>, gl, {arguments...}};
     return place;
-}
-
-// GL's own function under the name that this program has taken.
-template<class function_t>
-function_t original(function_t, const char* name) {
-    return reinterpret_cast<function_t>(dlsym(RTLD_NEXT, name));
 }
 
 // ---- what the calls point to ----
@@ -106,42 +104,6 @@ struct said_s {
 };
 std::map<GLuint, said_s> said;
 
-GLint state(GLuint attribute, GLenum what) {
-    GLint value = 0;
-    glGetVertexAttribiv(attribute, what, &value);
-    return value;
-}
-
-GLint state(GLenum what) {
-    static const auto gl = original(&glGetIntegerv, "glGetIntegerv");
-    GLint value = 0;
-    gl(what, &value);
-    return value;
-}
-
-std::vector<GLuint> askattributes(GLuint program) {
-    static const auto location = original(&glGetAttribLocation, "glGetAttribLocation");
-    GLint count = 0;
-    glGetProgramiv(program, GL_ACTIVE_ATTRIBUTES, &count);
-    std::vector<GLuint> found;
-    for (GLuint i = 0; i < static_cast<GLuint>(count); ++i) {
-        char name[256];
-        GLint size = 0;
-        GLenum type = 0;
-        glGetActiveAttrib(program, i, sizeof name, nullptr, &size, &type, name);
-        found.push_back(static_cast<GLuint>(location(program, name)));
-    }
-    return found;
-}
-
-// Those that the current program reads. Others may be on, with arrays long gone.
-const std::vector<GLuint>& attributes() {
-    static std::map<GLuint, std::vector<GLuint>> known;
-    const GLuint program = static_cast<GLuint>(state(GL_CURRENT_PROGRAM));
-    const auto found = known.find(program);
-    return found != known.end() ? found->second : known[program] = askattributes(program);
-}
-
 struct array_s {
     GLuint attribute;
     GLint size, type, normalized, stride;
@@ -153,14 +115,12 @@ GLsizei typesize(GLint type) {
 }
 
 array_s askarray(GLuint attribute, size_t vertices) {
-    void* first = nullptr;
-    glGetVertexAttribPointerv(attribute, GL_VERTEX_ATTRIB_ARRAY_POINTER, &first);
     array_s array{attribute,
                   state(attribute, GL_VERTEX_ATTRIB_ARRAY_SIZE),
                   state(attribute, GL_VERTEX_ATTRIB_ARRAY_TYPE),
                   state(attribute, GL_VERTEX_ATTRIB_ARRAY_NORMALIZED),
                   state(attribute, GL_VERTEX_ATTRIB_ARRAY_STRIDE),
-                  {static_cast<char*>(first), nullptr}};
+                  {glquery::array(attribute), nullptr}};
     const GLsizei vertex = array.size * typesize(array.type);
     array.bytes.end = array.bytes.begin +
                       (vertices - 1) * size_t(array.stride ? array.stride : vertex) +
@@ -204,7 +164,7 @@ void sayarray(const array_s& array, bytes_s whole) {
 
 void recordarrays(size_t vertices) {
     std::vector<array_s> all;
-    for (const GLuint attribute : attributes())
+    for (const GLuint attribute : glquery::attributes())
         if (state(attribute, GL_VERTEX_ATTRIB_ARRAY_ENABLED))
             all.push_back(askarray(attribute, vertices));
     for (const array_s& array : all)

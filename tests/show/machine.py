@@ -38,6 +38,15 @@ def start_display(*command, **options):
         return process, ":" + number.readline().strip()
 
 
+def said(path):
+    """What a log says so far, nothing before it is there."""
+    try:
+        with open(path, errors="replace") as file:
+            return file.read()
+    except FileNotFoundError:
+        return ""
+
+
 class WatchedTest(unittest.TestCase):
     """A test that ends the run, and says where it stood, when it waits for ever."""
 

@@ -10,6 +10,7 @@ import unittest
 
 import numpy
 
+import machine
 from movies import beat_seconds, lag, sound
 from stage import CLOCK, Gate, ROOT, ShowTest, show_environment, wait_until
 from test_wake import Bus
@@ -33,11 +34,7 @@ class Play(ShowTest):
                          program=PLAY, cwd=cwd or stage.scratch(), **environment)
 
     def said(self):
-        try:
-            with open(self.log, errors="replace") as file:
-                return file.read()
-        except FileNotFoundError:
-            return ""
+        return machine.said(self.log)
 
     def wait_for_line(self, words):
         wait_until(lambda: words in self.said(), f"{words!r} in the log")

@@ -32,11 +32,7 @@ class Playing:
         wait_until(lambda: self.ended() or "adding event 'phonetex_callscreen'" in self.said(), "the show")
 
     def said(self):
-        try:
-            with open(self.log, errors="replace") as file:
-                return file.read()
-        except FileNotFoundError:
-            return ""
+        return machine.said(self.log)
 
     def ended(self):
         return self.show.process.poll() is not None

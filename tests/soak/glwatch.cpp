@@ -1,22 +1,18 @@
 #include "glwatch.h"
 
+#include "../../bench/glquery.h"
+
 #include <cmath>
-#include <dlfcn.h>
 #include <GLES2/gl2.h>
-#include <map>
-#include <vector>
+
+using glquery::original;
+using glquery::state;
 
 namespace {
 
 long uniforms = 0;
 long vertices = 0;
 long buffers = 0;
-
-// GL's own function under the name that this program has taken.
-template<class function_t>
-function_t original(function_t, const char* name) {
-    return reinterpret_cast<function_t>(dlsym(RTLD_NEXT, name));
-}
 
 long nonumbers(const float* values, long count) {
     long found = 0;
@@ -29,46 +25,6 @@ void look(const float* values, long count) {
     uniforms += nonumbers(values, count);
 }
 
-GLuint currentprogram() {
-    GLint program = 0;
-    glGetIntegerv(GL_CURRENT_PROGRAM, &program);
-    return static_cast<GLuint>(program);
-}
-
-std::vector<GLuint> askattributes(GLuint program) {
-    GLint count = 0;
-    glGetProgramiv(program, GL_ACTIVE_ATTRIBUTES, &count);
-    std::vector<GLuint> found;
-    for (GLuint i = 0; i < static_cast<GLuint>(count); ++i) {
-        char name[256];
-        GLint size = 0;
-        GLenum type = 0;
-        glGetActiveAttrib(program, i, sizeof name, nullptr, &size, &type, name);
-        found.push_back(static_cast<GLuint>(glGetAttribLocation(program, name)));
-    }
-    return found;
-}
-
-// The attributes that the current program reads. Others may be on, with arrays long gone.
-const std::vector<GLuint>& attributes() {
-    static std::map<GLuint, std::vector<GLuint>> known;
-    const GLuint program = currentprogram();
-    const auto found = known.find(program);
-    return found != known.end() ? found->second : known[program] = askattributes(program);
-}
-
-GLint state(GLuint attribute, GLenum what) {
-    GLint value = 0;
-    glGetVertexAttribiv(attribute, what, &value);
-    return value;
-}
-
-GLint bound(GLenum what) {
-    GLint buffer = 0;
-    glGetIntegerv(what, &buffer);
-    return buffer;
-}
-
 // indexof(i) is the vertex that is drawn i-th.
 template<class index_t>
 void lookatarray(GLuint attribute, GLsizei count, index_t indexof) {
@@ -79,20 +35,19 @@ void lookatarray(GLuint attribute, GLsizei count, index_t indexof) {
         ++buffers;
         return;
     }
-    void* first = nullptr;
-    glGetVertexAttribPointerv(attribute, GL_VERTEX_ATTRIB_ARRAY_POINTER, &first);
+    const char* const first = glquery::array(attribute);
     const GLint size = state(attribute, GL_VERTEX_ATTRIB_ARRAY_SIZE);
     const GLint stride = state(attribute, GL_VERTEX_ATTRIB_ARRAY_STRIDE);
     const long step = stride ? stride : size * long(sizeof(float));
     for (GLsizei i = 0; i < count; ++i) {
-        const char* vertex = static_cast<const char*>(first) + step * long(indexof(i));
+        const char* vertex = first + step * long(indexof(i));
         vertices += nonumbers(reinterpret_cast<const float*>(vertex), size);
     }
 }
 
 template<class index_t>
 void lookatdraw(GLsizei count, index_t indexof) {
-    for (const GLuint attribute : attributes())
+    for (const GLuint attribute : glquery::attributes())
         lookatarray(attribute, count, indexof);
 }
 
@@ -150,7 +105,7 @@ void glDrawArrays(GLenum mode, GLint first, GLsizei count) {
 
 void glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices) {
     static const auto gl = original(&glDrawElements, "glDrawElements");
-    if (bound(GL_ELEMENT_ARRAY_BUFFER_BINDING))
+    if (state(GL_ELEMENT_ARRAY_BUFFER_BINDING))
         ++buffers;
     else if (type == GL_UNSIGNED_SHORT)
         lookatdraw(count,
