@@ -14,7 +14,8 @@ import numpy
 
 from benching import ROOT, part_of, statistics
 
-sys.path.insert(0, os.path.join(ROOT, "tests", "recorder"))
+sys.path[:0] = [os.path.join(ROOT, "tests", room) for room in ("recorder", "show")]
+from machine import start_display
 from movies import lag, sound
 
 RATE = 44100  # samples a second
@@ -30,12 +31,7 @@ class Display:
     """A virtual display, in .name."""
 
     def __init__(self, size):
-        readable, writable = os.pipe()
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writable), "-nolisten", "tcp", "-noreset", "-screen",
-                                        "0", f"{size}x24"], pass_fds=[writable], stderr=subprocess.DEVNULL)
-        os.close(writable)
-        with os.fdopen(readable) as number:
-            self.name = ":" + number.readline().strip()
+        self.server, self.name = start_display("Xvfb", "-noreset", "-screen", "0", f"{size}x24")
 
     def __enter__(self):
         return self
