@@ -20,6 +20,7 @@
 #include <fstream>
 #include <GLES2/gl2.h>
 #include <iterator>
+#include <mutex>
 #include <SDL_image.h>
 #include <string>
 #include <thread>
@@ -156,6 +157,8 @@ void decode(int threads, const std::vector<std::string>& names) {
 FILE* fopen(const char* name, const char* mode) {
     static const auto original =
         reinterpret_cast<FILE* (*)(const char*, const char*)>(dlsym(RTLD_NEXT, "fopen"));
+    static std::mutex noting; // files are decoded by several threads
+    const std::lock_guard<std::mutex> lock(noting);
     for (const char* ending : {".png", ".jpg", ".obj", ".ogg"})
         if (hasending(name, ending))
             files.push_back(name);

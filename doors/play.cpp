@@ -193,9 +193,11 @@ int waitfor(pid_t show) {
         if (asked)
             kill(show, SIGTERM);
     }
-    // Asked before it could listen, it dies of the signal; that is leaving, too.
+    // Asked before it could listen, it dies of the signal; that is leaving, too. So is a signal
+    // that comes while it ends to begin again.
     const bool died = WIFSIGNALED(status) && (asked || WTERMSIG(status) == SIGINT);
-    return died ? W_EXITCODE(left, 0) : status;
+    const bool begins = asked && WIFEXITED(status) && WEXITSTATUS(status) == again;
+    return died || begins ? W_EXITCODE(left, 0) : status;
 }
 
 std::string lastlines(const std::string& log) {

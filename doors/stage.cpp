@@ -38,13 +38,16 @@ void setvolume() {
         Mix_VolumeMusic(stage.volume * MIX_MAX_VOLUME / 100);
 }
 
+// The show's own viewport would take the shape of the last resize, as its rule is.
 void fitpicture() {
+    static const float shape = float(config_height) / float(config_width); // as it began
     int width, height;
     if (!stage.width || !x11_fitpicture(&width, &height))
         return;
     video_w = width;
     video_h = height;
-    glViewport(0, 0, width, height);
+    const int h = static_cast<int>(shape * float(width));
+    glViewport(0, (height - h) / 2, width, h);
 }
 
 // The show itself goes on without a word.

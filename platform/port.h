@@ -5,6 +5,7 @@
 //   x11/        SDL 1.2 (or its compatibility library) plus EGL in a child window
 //   offscreen/  EGL without a window; time moves one fixed step a presented frame
 //   phone/      straight through to an SDL 1.2 that opens GLES windows itself, on X11
+//   web/        WebGL on a page's canvas; the clock is the song's
 //
 // Order of use: port_beforesdl, SDL_Init, port_setattribute as often as needed, port_setvideomode
 // once, then the rest. port_grabdesktop may be called before all of them. Main thread only.
@@ -60,7 +61,7 @@ bool port_setwindowtype(port_windowtype_t type);
 // Shows the frame that was drawn.
 void port_present();
 
-// The time of day; offscreen, presented frames times the step.
+// The time of day; offscreen, presented frames times the step; on a page, the song as it is heard.
 void port_timeofday(struct timeval* now);
 
 // Microseconds since some moment, by a clock that nobody sets and that rests while the machine
@@ -70,8 +71,8 @@ long long port_awake();
 // Microseconds that the machine has slept since some moment; 0 where that is not known.
 long long port_slept();
 
-// The shortest time in seconds that a frame is held: 0.02 on a screen, 0 where each presented
-// frame moves the clock itself.
+// The shortest time in seconds that a frame is held: 0.02 on a screen, 0 where port_present returns
+// when the next frame is due.
 float port_framehold();
 
 // The desktop, top row first, as a surface that copies as it is (no alpha blending) and that the

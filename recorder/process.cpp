@@ -91,6 +91,8 @@ bool process_c::finish() {
 
 std::string process_c::lastlines() const {
     const off_t end = lseek(errors, 0, SEEK_END);
+    if (end <= 0) // nothing was said, or there was no room for it
+        return "";
     const off_t begin = end > lastlinesbytes ? end - lastlinesbytes : 0;
     std::string text(static_cast<size_t>(end - begin), '\0');
     const ssize_t got = pread(errors, text.data(), text.size(), begin);

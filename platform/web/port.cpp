@@ -20,8 +20,6 @@ EM_ASYNC_JS(void, awaitturn, (), { await Module.host.turn(); });
 
 EM_JS(double, now, (), { return Module.host.now(); });
 
-EM_JS(int, wantedwidth, (), { return Module.host.width(); });
-
 EmscriptenWebGLContextAttributes contextattributes() {
     EmscriptenWebGLContextAttributes attributes;
     emscripten_webgl_init_context_attributes(&attributes);

@@ -11,7 +11,6 @@
 //   play(at)    plays the song from `at` seconds on; halt() stops it
 //   events      keys and clicks since the last look, each [type, number] as SDL numbers them
 //   buttons     mouse buttons that are held, one bit each
-//   width()     the width of the canvas in pixels, that the page wants now
 //   print(line) a line of the show
 // What it finds in the module to ask of the show: see program.cpp.
 #pragma once

@@ -1,5 +1,6 @@
 #include "main/streams.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
@@ -26,8 +27,11 @@ bool issocket(int fd) {
     return fstat(fd, &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-ssize_t sendsome(void* fd, const char* text, size_t size) {
-    send(static_cast<int>(reinterpret_cast<intptr_t>(fd)), text, size, MSG_DONTWAIT | MSG_NOSIGNAL);
+// The number may lead into a file since.
+ssize_t sendsome(void* cookie, const char* text, size_t size) {
+    const int fd = static_cast<int>(reinterpret_cast<intptr_t>(cookie));
+    if (send(fd, text, size, MSG_DONTWAIT | MSG_NOSIGNAL) == -1 && errno == ENOTSOCK)
+        return write(fd, text, size);
     return static_cast<ssize_t>(size); // what does not fit is lost
 }
 

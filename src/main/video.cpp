@@ -14,6 +14,9 @@ int video_h = 0;
 
 namespace {
 
+bool skimming = false;
+GLint seen[4]; // the viewport of what is not skimmed over
+
 void setattributes() {
     port_setattribute(PORT_GL_DEPTH_SIZE, 8);
     port_setattribute(PORT_GL_STENCIL_SIZE, config_stencilsize);
@@ -52,6 +55,11 @@ void setviewport() {
     glViewport(0, y, video_w, h);
 }
 
+void hideviewport() {
+    glGetIntegerv(GL_VIEWPORT, seen);
+    glViewport(0, 0, 1, 1);
+}
+
 } // namespace
 
 int init_gl() {
@@ -79,20 +87,18 @@ void video_resized(int width, int height) {
     video_w = width;
     video_h = height;
     setviewport();
+    if (skimming)
+        hideviewport();
 }
 
 void video_skim(bool on) {
-    static GLint viewport[4];
-    static bool skimming = false;
     if (on == skimming)
         return;
     skimming = on;
-    if (on) {
-        glGetIntegerv(GL_VIEWPORT, viewport);
-        glViewport(0, 0, 1, 1);
-    } else {
-        glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
-    }
+    if (on)
+        hideviewport();
+    else
+        glViewport(seen[0], seen[1], seen[2], seen[3]);
 }
 
 void x11info() {

@@ -99,6 +99,23 @@ TEST(video, cuts_fractions_off_towards_zero) {
     EXPECT_EQ(viewport(1920, 1080, 854, 480), "glViewport(0, 0, 1920, 1079)");
 }
 
+TEST(video, that_is_resized_while_skimming_is_as_large_behind_it) {
+    viewport(854, 480, 854, 480);
+    video_skim(true);
+    video_resized(1708, 960);
+    gldouble::clear();
+    video_skim(false);
+    EXPECT_EQ(gldouble::calls("glViewport"), texts{"glViewport(0, 0, 1708, 960)"});
+}
+
+TEST(video, skims_over_the_window_at_any_size) {
+    viewport(854, 480, 854, 480);
+    video_skim(true);
+    gldouble::clear();
+    video_resized(1708, 960);
+    EXPECT_EQ(gldouble::calls("glViewport").back(), "glViewport(0, 0, 1, 1)");
+}
+
 TEST(video, is_silent_about_windows_where_there_is_no_x11) {
     testport_startsdl();
     EXPECT_EQ(printed([] {

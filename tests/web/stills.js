@@ -26,7 +26,6 @@ if (options.has('webgl1')) {
 const host = {
     events: [],
     buttons: 0,
-    width: () => 427,
     print: line => lines.push(line),
     now: () => frames / 50,
     song: async () => { started = true; return false; },

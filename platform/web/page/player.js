@@ -112,13 +112,17 @@ export class Player extends EventTarget {
         if (this.state !== 'paused')
             return;
         this.#setstate('resuming');
+        await this.#resumesong();
+        this.#setstate('playing');
+        this.#unpause();
+    }
+
+    async #resumesong() {
         try {
             await this.song?.resume();
         } catch (error) {
             this.losesong();
         }
-        this.#setstate('playing');
-        this.#unpause();
     }
 
     #unpause() {
@@ -136,7 +140,7 @@ export class Player extends EventTarget {
         this.#origin = back ? 0 : this.beat;
         this.#setstate('seeking');
         if (this.paused) {
-            await this.song?.resume();
+            await this.#resumesong();
             this.#unpause();
         }
         if (!back)

@@ -82,6 +82,8 @@ export class Run {
     }
 
     play(seconds) {
+        if (!this.#player.song) // lost on the way
+            return;
         this.#player.song.play(seconds);
         this.#clock.follow(this.#player.song);
     }
