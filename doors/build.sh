@@ -7,7 +7,7 @@
 # then a link stands for the checkout.
 plain_path() {
     local link
-    link=${XDG_CACHE_HOME:-$HOME/.cache}/tarvisk/checkout-$(cksum <<<"$PWD" | tr ' ' -)
+    link=${XDG_CACHE_HOME:-${HOME-}/.cache}/tarvisk/checkout-$(cksum <<<"$PWD" | tr ' ' -)
     if [[ $PWD == *[!\ A-Za-z0-9+,/_:.~\(\)@=%-]* ]] && mkdir -p "${link%/*}" && ln -sfn "$PWD" "$link"; then
         echo "$link"
     else

@@ -24,6 +24,7 @@ lock() {
 }
 
 unlock() {
+    [[ $lock_fd ]] || return 0
     exec {lock_fd}>&-
     lock_fd=
 }

@@ -73,6 +73,13 @@ mirror_answers() {
     return "$answer"
 }
 
+# The Debian mirror that this machine itself installs from.
+debian_mirror() {
+    # shellcheck disable=SC2016 # apt-get's own variables
+    apt-get indextargets --format '$(LABEL) $(REPO_URI)' 'Created-By: Packages' |
+        sed -n 's/^Debian \(http.*\)/\1/p' | sort | head -n 1
+}
+
 # say_size NAME...: how much comes with these, in apt-get's own words.
 say_size() {
     LC_ALL=C apt-get install --assume-no --no-install-recommends --no-remove \

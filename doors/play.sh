@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # Starts the show, for ./run and for the installed tarvisk: sound, what is said before and after.
-# Source it after doors/common.sh and doors/machine.sh.
+# Source it after doors/common.sh, doors/machine.sh and doors/doctor.sh.
 
 # The show's options and the launcher's own, as both commands' --help tells of them.
 options_help() {

@@ -132,7 +132,7 @@ def show_environment(stage):
     """What a show on that stage, or on none, finds in its environment."""
     base = dict(os.environ, SDL_AUDIODRIVER="dummy",
                 DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent")
-    for name in ("DISPLAY", "SDL_VIDEODRIVER"):
+    for name in ("DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"):
         base.pop(name, None)
     if stage:
         base["DISPLAY"] = stage.display
@@ -250,6 +250,15 @@ class ShowTest(WatchedTest):
         show = Show(stage, *options, **environment)
         self.addCleanup(show.close)
         return show
+
+    def quit(self, stage, process):
+        """Presses q until the process has ended: the window may not have the keyboard yet."""
+
+        def ended():
+            stage.key("key", "q")
+            return process.poll() is not None
+
+        wait_until(ended, "the end")
 
     def press_z(self, stage, show):
         """Presses z until the window has the keyboard and answers; the match."""

@@ -139,12 +139,7 @@ class Lack(ShowTest):
         for _ in range(5):
             wait_until(lambda: (stage.grab() != shown).any(), "another frame")
             shown = stage.grab()
-
-        def quits():
-            stage.key("key", "q")
-            return shell.poll() is not None
-
-        wait_until(quits, "the end")
+        self.quit(stage, shell)
         with open(status) as file:
             self.assertEqual(file.read(), "1\n")
 

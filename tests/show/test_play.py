@@ -4,6 +4,7 @@ around it."""
 import os
 import re
 import signal
+import socket
 import subprocess
 import tempfile
 import unittest
@@ -54,14 +55,22 @@ class Play(ShowTest):
         stage = self.stage()
         play = self.play(stage)
         self.wait_for_frames()
-
-        def quits():  # as soon as the window has the keyboard
-            stage.key("key", "q")
-            return play.process.poll() is not None
-
-        wait_until(quits, "the end")
+        self.quit(stage, play.process)
         self.assertEqual(play.status(), 1)
         self.assertEqual(play.lines, [])
+
+    def test_lines_go_to_the_log_from_a_socket_too(self):
+        read, write = socket.socketpair()  # as a desktop's menu may start it
+        self.addCleanup(read.close)
+        stage = self.stage()
+        play = subprocess.Popen([PLAY, "--nomusic", "--log", self.log], cwd=stage.scratch(), stdin=subprocess.DEVNULL,
+                                stdout=write, stderr=write, env=show_environment(stage))
+        self.addCleanup(play.wait)
+        self.addCleanup(play.kill)
+        write.close()
+        self.wait_for_frames()
+        self.assertIn("\nVendor ", self.said())
+        self.quit(stage, play)
 
     def test_escape_is_answered_once_and_does_not_end_it(self):
         stage = self.stage()
@@ -184,13 +193,36 @@ class Play(ShowTest):
         play = self.play(stage, "--windowed", "427x240")
         self.wait_for_line("screen res: 427, 240")
         self.wait_for_frames()
-        window = int(re.search(r"our wmwindow id: ([0-9A-F]{8})", self.said())[1], 16) or \
-            int(re.search(r"our window id: ([0-9A-F]{8})", self.said())[1], 16)
         self.assertEqual(self.picture(stage)[2:], (427, 240))
-        stage.key("windowsize", str(window), "854", "700")
+        stage.key("windowsize", str(self.window()), "854", "700")
         wait_until(lambda: self.picture(stage)[2:] == (854, 480), "the picture to follow its window")
-        stage.x.ask_to_close(window)
+        stage.x.ask_to_close(self.window())
         self.assertEqual((play.status(), play.lines), (1, []))
+
+    def test_window_of_another_shape_has_the_show_in_its_middle(self):
+        stage = self.stage(1000, 800, window_manager="openbox")
+        self.play(stage, "--windowed", "400x300", "--skip", "102.5")  # rock from edge to edge
+        self.wait_for_frames()
+        stage.key("windowsize", str(self.window()), "800", "600")
+        wait_until(lambda: self.picture(stage)[2:] == (800, 600), "the picture to follow its window")
+        left, top, width, height = self.picture(stage)
+        bar = (height - width * 480 // 854) // 2
+        shown = []
+
+        def drawn_anew():
+            grab = stage.grab()[top:top + height, left:left + width]
+            if grab[bar:-bar].mean() > 20 and not (shown and (grab == shown[-1]).all()):
+                shown.append(grab)
+            return len(shown) > 5  # the first may be of the size before
+
+        wait_until(drawn_anew, "the rock")
+        self.assertLess(shown[-1][:bar - 2].max(), 10)
+        self.assertLess(shown[-1][2 - bar:].max(), 10)
+
+    def window(self):
+        """The number of the window that the window manager knows."""
+        numbers = (re.search(rf"our {kind}window id: ([0-9A-F]{{8}})", self.said()) for kind in ("wm", ""))
+        return next(filter(None, (int(number[1], 16) for number in numbers)))
 
     def picture(self, stage):
         """Left, top, width and height of GL's own window: the innermost one."""

@@ -23,11 +23,7 @@ class Sound(ShowTest):
         wait_until(lambda: self.seconds(stage, show) > start + 2, "the show to go on")
 
     def quits(self, stage, show):
-        def ended():
-            stage.key("key", "q")
-            return show.process.poll() is not None
-
-        wait_until(ended, "the end")
+        self.quit(stage, show.process)
         self.assertEqual(show.status(), 1)
 
     def heard(self, show, condition):
