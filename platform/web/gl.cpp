@@ -160,6 +160,12 @@ void glGenerateMipmap(GLenum target) {
         emscripten_glGenerateMipmap(target);
 }
 
+// GL keeps the box of before, but a browser tells everybody.
+void glScissor(GLint x, GLint y, GLsizei width, GLsizei height) {
+    if (width >= 0 && height >= 0)
+        emscripten_glScissor(x, y, width, height);
+}
+
 void glVertexAttribPointer(GLuint index, GLint size, GLenum type, GLboolean normalized,
                            GLsizei stride, const void* pointer) {
     if (index < maxattributes)

@@ -155,9 +155,10 @@ SDL_TimerID SDL_AddTimer(Uint32 interval, SDL_NewTimerCallback callback, void* p
 }
 
 void web_runtimers() {
+    const double now = emscripten_get_now();
     for (timer_s& timer : timers)
-        if (emscripten_get_now() >= timer.due)
-            timer.due += timer.callback(0, timer.param);
+        if (now >= timer.due)
+            timer.due = now + timer.callback(0, timer.param); // a pause is not caught up
 }
 
 int SDL_PollEvent(SDL_Event* event) {

@@ -191,7 +191,7 @@ addEventListener('keydown', event => {
     own ? own() : player.key(event.key, true);
 });
 addEventListener('keyup', event => player.key(event.key, false));
-addEventListener('wheel', event => player.wheel(event.deltaY < 0), {passive: true});
+addEventListener('wheel', event => player.state === 'playing' && player.wheel(event.deltaY < 0), {passive: true});
 
 stage.addEventListener('pointermove', event => event.pointerType === 'mouse' && showcontrols());
 stage.addEventListener('pointerdown', event => { player.buttons = event.buttons; });

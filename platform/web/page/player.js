@@ -64,13 +64,18 @@ export class Player extends EventTarget {
         }
     }
 
-    // Starts a run, as far as it goes without the viewer's click.
+    // Starts a run, as far as it goes without the viewer's click. After a failure it never returns.
     async #prepare() {
         this.ending = false;
         this.#ready = gate();
-        this.#run = new Run(this, this.#newcanvas());
-        await this.#run.open(this.#content);
-        this.scenes = scenesof(this.#run.module);
+        const run = this.#run = new Run(this, this.#newcanvas());
+        try {
+            await run.open(this.#content);
+            this.scenes = scenesof(run.module);
+        } catch (error) {
+            if (run === this.#run)
+                this.#fail(`The show does not start (${error.message}).`);
+        }
         await this.#ready.promise;
     }
 
@@ -143,11 +148,13 @@ export class Player extends EventTarget {
             await this.#resumesong();
             this.#unpause();
         }
-        if (!back)
-            return this.#run.module._web_jump(beat);
-        this.#run.abandon();
-        this.song?.halt();
-        await this.#prepare();
+        if (back) {
+            this.#run.abandon();
+            this.song?.halt();
+            await this.#prepare();
+        } else if (this.#run.started) { // else its first frame asks for the target
+            this.#run.module._web_jump(beat);
+        }
     }
 
     end() {
@@ -189,9 +196,9 @@ export class Player extends EventTarget {
         return this.#run?.beat ?? 0;
     }
 
-    // The last beat of the song.
+    // The last beat of the song; without one, that of the last scene.
     get lastbeat() {
-        return this.#run.module._web_beatat(this.song?.duration ?? 0);
+        return this.song ? this.#run.module._web_beatat(this.song.duration) : this.scenes.at(-1).beat;
     }
 
     // ---- what a run tells ----

@@ -26,12 +26,14 @@ export class Run {
         this.#canvas = canvas;
     }
 
-    // Loads the program and starts it.
+    // Loads the program and starts it, unless it was abandoned meanwhile.
     async open(content) {
         this.#canvas.width = this.width();
         this.#canvas.height = Math.round(this.#canvas.width * 480 / 854);
         this.#canvas.addEventListener('webglcontextlost', () => this.#over({reason: 'the graphics driver gave up'}));
         this.#module = await openshow(content, this.#canvas, this);
+        if (this.#abandoned)
+            return;
         this.#module.ended.then(end => this.#over(end));
         this.#module.start();
     }
@@ -50,6 +52,11 @@ export class Run {
 
     get module() {
         return this.#module;
+    }
+
+    // Whether it is past its preparation.
+    get started() {
+        return this.#loaded;
     }
 
     get beat() {

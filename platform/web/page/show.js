@@ -18,22 +18,25 @@ function writefiles(fs, files) {
 }
 
 // Returns the instance; its start() starts the show, and its `ended` is a promise of the exit status
-// or, where the show broke off, of the reason.
+// or, where the show broke off, of the reason. Rejects where there is no memory for one.
 export async function openshow(content, canvas, host) {
     let end;
     const ended = new Promise(resolve => { end = resolve; });
-    const module = await tarvisk({
-        canvas,
-        host,
-        print: line => host.print(line),
-        printErr: line => host.print(line),
-        instantiateWasm(imports, done) {
-            WebAssembly.instantiate(content.program, imports)
-                .then(instance => done(instance, content.program));
-            return {};
-        },
-        onExit: status => end({status}),
-        onAbort: reason => end({reason: String(reason)}),
+    const module = await new Promise((resolve, reject) => {
+        tarvisk({
+            canvas,
+            host,
+            print: line => host.print(line),
+            printErr: line => host.print(line),
+            instantiateWasm(imports, done) {
+                WebAssembly.instantiate(content.program, imports)
+                    .then(instance => done(instance, content.program))
+                    .catch(reject);
+                return {};
+            },
+            onExit: status => end({status}),
+            onAbort: reason => end({reason: String(reason)}),
+        }).then(resolve, reject);
     });
     writefiles(module.FS, content.files);
     module.start = () => module.callMain([]);
