@@ -92,7 +92,18 @@ def software_gl():
     return {**os.environ, "LIBGL_ALWAYS_SOFTWARE": "1"}
 
 
-class Chromium:
+class Browser:
+    def wait_for(self, expression, patience=None):
+        def holds():
+            try:  # before the page is there, its names are not
+                return self.evaluate(expression)
+            except RuntimeError:
+                return None
+
+        return wait_until(holds, expression, patience)
+
+
+class Chromium(Browser):
     FLAGS = [
         "--headless=new",
         "--no-sandbox",  # root has no other
@@ -180,15 +191,6 @@ class Chromium:
         if "exceptionDetails" in got:
             raise RuntimeError(str(got["exceptionDetails"].get("exception", {}).get("description")))
         return got["result"].get("value")
-
-    def wait_for(self, expression, patience=None):
-        def holds():
-            try:  # before the page is there, its names are not
-                return self.evaluate(expression)
-            except RuntimeError:
-                return None
-
-        return wait_until(holds, expression, patience)
 
     def click(self, x, y, count=1):
         for kind in ("mousePressed", "mouseReleased"):
@@ -293,7 +295,7 @@ class Display:
         self.process.wait()
 
 
-class Firefox:
+class Firefox(Browser):
     PREFS = {
         "marionette.port": 0,  # any
         "webgl.force-enabled": True,
@@ -364,15 +366,6 @@ class Firefox:
 
     def evaluate(self, expression):
         return self.call("WebDriver:ExecuteScript", script="return " + expression, args=[], sandbox=None)["value"]
-
-    def wait_for(self, expression, patience=None):
-        def holds():
-            try:
-                return self.evaluate(expression)
-            except RuntimeError:
-                return None
-
-        return wait_until(holds, expression, patience)
 
     def close(self):
         try:

@@ -3,17 +3,31 @@ the browser's sound tells, past the page's own code, which second of the song le
 loudspeaker. Nothing may be said on the browser's console, unless a test takes something away."""
 
 import json
+import os
+import subprocess
+import sys
+import tempfile
 import time
 import unittest
 
-from browser import Chromium, Server, seconds
-from machine import WatchedTest
+from browser import PAGE, ROOT, Chromium, Server, seconds
+from machine import PATIENCE, WatchedTest
 
-# What was started where in which song, and what is heard of it now.
+SERVE = os.path.join(ROOT, "platform", "web", "serve")
+PACK = os.path.join(ROOT, "platform", "web", "pack")
+
+# What was started where in which song, what is heard of it now, and how loud it is on its way to the
+# loudspeaker: nothing where it does not get there.
 TAP = """
 {
     const start = AudioBufferSourceNode.prototype.start, stop = AudioBufferSourceNode.prototype.stop;
+    const connect = AudioNode.prototype.connect;
+    const next = new Map();
     window.tap = {sounding: null};
+    AudioNode.prototype.connect = function (to, ...rest) {
+        next.set(this, to);
+        return connect.call(this, to, ...rest);
+    };
     AudioBufferSourceNode.prototype.start = function (when, offset) {
         tap.sounding = {node: this, context: this.context, from: this.context.currentTime, offset: offset || 0};
         return start.call(this, when, offset);
@@ -29,17 +43,27 @@ TAP = """
         const moving = context.state === 'running' ? (performance.now() - stamp.performanceTime) / 1000 : 0;
         return offset + Math.max(0, Math.min(stamp.contextTime + moving, context.currentTime) - from);
     };
+    tap.loudness = () => {
+        const {node, context} = tap.sounding;
+        let loudness = 1, at = node;
+        for (; at && at !== context.destination; at = next.get(at))
+            loudness *= at.gain?.value ?? 1;
+        return at ? loudness : 0;
+    };
 }
 """
 
 # For each frame that was drawn: its beat, the second of the song that was heard as it was begun, and
-# the seconds that it took.
+# the seconds that it took. And the most beats between two frames, with or without a song.
 FRAMES = """
 {
     const frames = window.drawn = [];
     const animate = window.requestAnimationFrame;
-    let begun = null;
+    let begun = null, last = 0;
+    window.leap = 0;
     window.requestAnimationFrame = callback => {
+        leap = Math.max(leap, tarvisk.beat - last);
+        last = tarvisk.beat;
         if (begun && tap.sounding)
             frames.push([tarvisk.beat, begun.heard, (performance.now() - begun.at) / 1000]);
         begun = null;
@@ -50,6 +74,9 @@ FRAMES = """
     };
 }
 """
+
+NO_MEMORY = "void (WebAssembly.instantiate = async () => { throw new RangeError('no memory'); });"
+
 
 class PageTest(WatchedTest):
     flags = ()
@@ -91,6 +118,19 @@ class PageTest(WatchedTest):
     def past(self, beat):
         self.browser.wait_for(f"tarvisk.state === 'playing' && tarvisk.beat > {beat}")
 
+    def leapt(self, beat):
+        """Is past a beat by a jump of more than 100: who waits gets everywhere."""
+        self.past(beat)
+        self.assertGreater(self.value("leap"), 100)
+
+    def together(self):
+        """Picture and song are within 40 ms of each other in most of ten frames; a busy machine may
+        have looked away in some."""
+        self.value("void drawn.splice(0)")
+        self.browser.wait_for("drawn.length > 10")
+        off = sorted(abs(seconds(beat) - heard) for beat, heard, _ in self.value("drawn"))
+        self.assertLess(off[5], 0.04)
+
     def picture(self):
         """Mean and spread of the canvas, 0 to 255."""
         return self.value(
@@ -127,7 +167,7 @@ class StartTest(PageTest):
         self.past(2)
         self.assertFalse(self.shown("start"))
         self.assertGreater(self.picture()[1], 5, "a picture, neither black nor flat")
-        self.assertLess(abs(self.value("tap.heard()") - seconds(self.beat())), 1)
+        self.together()
         self.quiet()
 
     def test_asks_twice_who_wants_less_motion(self):
@@ -162,14 +202,6 @@ class PlayTest(PageTest):
         self.past(held[0] + 2)
         self.together()
         self.quiet()
-
-    def together(self):
-        """Picture and song are within 40 ms of each other in most of ten frames; a busy machine may
-        have looked away in some."""
-        self.value("void drawn.splice(0)")
-        self.browser.wait_for("drawn.length > 10")
-        off = sorted(abs(seconds(beat) - heard) for beat, heard, _ in self.value("drawn"))
-        self.assertLess(off[5], 0.04)
 
     def test_a_hidden_tab_pauses_and_goes_on(self):
         self.start()
@@ -221,20 +253,32 @@ class PlayTest(PageTest):
     def test_jumps_to_a_scene_with_its_picture_and_the_song_there(self):
         self.start()
         self.past(1)
-        self.browser.click(450, 200)
-        self.assertTrue(self.shown("controls"))
-        names = self.value("[...document.querySelectorAll('#scenes button')].map(b => b.textContent)")
+        names = self.value(  # in one go, for the controls do not stay
+            """(() => {
+                document.getElementById('stage').dispatchEvent(new PointerEvent('pointermove', {pointerType: 'mouse'}));
+                const buttons = [...document.querySelectorAll('#scenes button')];
+                const box = buttons.find(button => button.textContent === 'gear city').getBoundingClientRect();
+                document.elementFromPoint(box.x + box.width / 2, box.y + box.height / 2).click();
+                return buttons.map(button => button.textContent);
+            })()"""
+        )
         self.assertEqual(len(names), 9)
-        self.browser.click_on(f"#scenes button:nth-child({1 + names.index('gear city')})")
-        self.past(180.1)
+        self.leapt(180.1)
         self.together()
-        self.assertLess(abs(seconds(self.beat()) - self.value("tap.heard()")), 1)
         self.assertGreater(self.picture()[1], 10)
         self.browser.click_on("#picture")
         self.browser.wait_for("document.getElementById('where').textContent.startsWith('gear city')")
         self.value("tarvisk.jump(9)")  # back: from the beginning, unseen
         self.browser.wait_for("tarvisk.state === 'playing' && tarvisk.beat < 100")
         self.past(9.3)
+        self.together()
+        self.quiet()
+
+    def test_a_jump_on_before_one_back_is_there(self):
+        self.start()
+        self.past(2)
+        self.value("void (tarvisk.jump(0), tarvisk.jump(150))")
+        self.leapt(150.5)
         self.together()
         self.quiet()
 
@@ -253,8 +297,22 @@ class PlayTest(PageTest):
     def test_volume(self):
         self.start()
         self.value("(v => { v.value = 50; v.dispatchEvent(new Event('input')); })(document.getElementById('volume'))")
-        self.assertEqual(self.value("tarvisk.volume"), 0.5)
+        self.assertAlmostEqual(self.value("tap.loudness()"), 0.25, places=5)
         self.quiet()
+
+    def test_a_wheel_turned_before_the_show_is_not_kept_for_it(self):
+        self.load()
+        self.value("void (window.turned = 0, tarvisk.wheel = () => ++turned)")
+        self.wheel()
+        self.browser.click_on("#go")
+        self.state("playing")
+        self.assertEqual(self.value("turned"), 0)
+        self.wheel()
+        self.browser.wait_for("turned === 1")
+        self.quiet()
+
+    def wheel(self):
+        self.browser.call("Input.dispatchMouseEvent", type="mouseWheel", x=450, y=200, deltaX=0, deltaY=-100)
 
     def test_a_tap_shows_the_controls(self):
         self.browser.call("Emulation.setTouchEmulationEnabled", enabled=True)
@@ -281,8 +339,10 @@ class TimeTest(PageTest):
         self.past(200)
         frames = [frame for frame in self.value("drawn") if frame[0] > 1]
         self.assertGreater(seconds(frames[-1][0]) - seconds(frames[0][0]), 120)
-        late = max(abs(seconds(beat) - heard) - max(length, 1 / 60) for beat, heard, length in frames)
-        self.assertLess(late, 0, "seconds beyond one frame")
+        # A busy machine starves the browser's own sound for moments, in which nothing tells what is heard.
+        late = sorted(abs(seconds(beat) - heard) - max(length, 1 / 60) for beat, heard, length in frames)
+        self.assertLess(late[len(late) * 99 // 100], 0, "seconds beyond one frame")
+        self.assertLess(late[-1], 0.25, "seconds beyond one frame, in the worst")
         self.quiet()
 
     def test_a_fast_screen_draws_no_more_than_native(self):
@@ -330,10 +390,14 @@ class MissingTest(PageTest):
         self.load()
         self.assertIn("tarvisk.ogg did not load", self.sentence())
         self.assertIn("without sound", self.sentence())
+        self.assertEqual(
+            self.value("Number(document.getElementById('bar').max)"),
+            self.value("Math.floor(tarvisk.scenes.at(-1).beat)"),
+        )
         self.browser.click_on("#go")
         self.past(2)
-        self.value("tarvisk.jump(30)")
-        self.past(30.5)
+        self.value("tarvisk.jump(150)")
+        self.leapt(150.5)
 
     def test_a_song_that_is_none_plays_silently(self):
         self.server.broken.add("tarvisk.ogg")
@@ -376,6 +440,28 @@ class MissingTest(PageTest):
         self.past(2)
         self.assertIn("without sound", self.text("notice"))
 
+    def test_a_song_lost_on_the_way_stops_no_jump(self):
+        self.start()
+        self.past(1)
+        self.value("tarvisk.losesong()")
+        self.assertIn("without sound", self.text("notice"))
+        self.value("tarvisk.jump(150)")
+        self.leapt(150.5)
+
+    def test_a_program_that_does_not_start(self):
+        self.browser.before_load(NO_MEMORY)
+        self.load()
+        self.assertEqual(self.value("tarvisk.state"), "failed")
+        self.assertIn("The show does not start (no memory).", self.sentence())
+
+    def test_a_program_that_does_not_start_again(self):
+        self.start()
+        self.past(2)
+        self.value(NO_MEMORY)
+        self.value("void tarvisk.jump(0)")
+        self.state("failed")
+        self.assertIn("The show does not start (no memory).", self.sentence())
+
     def test_no_webgl(self):
         self.browser.before_load("HTMLCanvasElement.prototype.getContext = () => null")
         self.browser.open(self.server.address)
@@ -396,6 +482,27 @@ class MissingTest(PageTest):
         self.assertIn("cannot draw: GL reads no textures in vertex shaders", self.sentence())
         self.browser.click_on("#go")
         self.past(1)
+
+
+class ServeTest(unittest.TestCase):
+    def test_no_port_is_left_beyond_the_last(self):
+        got = subprocess.run([sys.executable, SERVE, PAGE, "70000"], capture_output=True, text=True, timeout=PATIENCE)
+        self.assertEqual((got.returncode, got.stderr), (1, "! No port from 70000 to 70099 is free.\n"))
+
+
+def names_under(top):
+    return {os.path.relpath(os.path.join(folder, name), top) for folder, _, names in os.walk(top) for name in names}
+
+
+class PackTest(unittest.TestCase):
+    def test_what_an_earlier_build_left_is_gone(self):
+        with tempfile.TemporaryDirectory() as page:
+            programs = ["tarvisk.js", "tarvisk.wasm", "vorbisprogram.js", "vorbisprogram.wasm"]
+            for name in [*programs, "old.js", "gfx/old.png", "older/old.js"]:
+                os.makedirs(os.path.dirname(os.path.join(page, name)), exist_ok=True)
+                open(os.path.join(page, name), "wb").close()
+            subprocess.run([sys.executable, PACK, ROOT, page], check=True, timeout=PATIENCE)
+            self.assertEqual(names_under(page), names_under(PAGE))
 
 
 if __name__ == "__main__":
