@@ -160,7 +160,6 @@ void glGenerateMipmap(GLenum target) {
         emscripten_glGenerateMipmap(target);
 }
 
-// GL keeps the box of before, but a browser tells everybody.
 void glScissor(GLint x, GLint y, GLsizei width, GLsizei height) {
     if (width >= 0 && height >= 0)
         emscripten_glScissor(x, y, width, height);
