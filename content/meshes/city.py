@@ -84,25 +84,24 @@ def block_edges(index):
 
 
 def lay_streets(builder, x0, z0, x1, z1):
-    k, half, run = KERB, KERB * atlas.TEXELS_PER_UNIT, atlas.STREET_RUN * atlas.TEXELS_PER_UNIT
-    for z_side, (b0, b1, v0, v1) in enumerate(((z0, z0 + k, half, 2 * half), (z1 - k, z1, 0, half))):
-        for x_side, (a0, a1, u0, u1) in enumerate(((x0, x0 + k, half, 2 * half), (x1 - k, x1, 0, half))):
-            builder.flat(a0, b0, a1, b1, "crossing", ((u0, v0), (u0, v1), (u1, v1), (u1, v0)))
-        u0 = builder.rng.randrange(atlas.ROAD_LENGTHS) * run
-        builder.flat(x0 + k, b0, x1 - k, b1, "road",
-                     ((u0, v0), (u0, v1), (u0 + run, v1), (u0 + run, v0)))
-    for a0, a1, v0, v1 in ((x0, x0 + k, half, 2 * half), (x1 - k, x1, 0, half)):
-        u0 = builder.rng.randrange(atlas.ROAD_LENGTHS) * run
-        builder.flat(a0, z0 + k, a1, z1 - k, "road", ((u0, v0), (u0 + run, v0), (u0 + run, v1), (u0, v1)))
+    """Half a street along each side; those along x have the crossings at their ends."""
+    length, width = atlas.STREET_SIZE
+    half = width / 2
+    for b0, b1, v0, v1 in ((z0, z0 + KERB, half, width), (z1 - KERB, z1, 0, half)):
+        street = atlas.STREETS[builder.rng.randrange(len(atlas.STREETS))]
+        builder.flat(x0, b0, x1, b1, street, ((0, v0), (0, v1), (length, v1), (length, v0)))
+    u0, u1 = half, length - half
+    for a0, a1, v0, v1 in ((x0, x0 + KERB, half, width), (x1 - KERB, x1, 0, half)):
+        street = atlas.STREETS[builder.rng.randrange(len(atlas.STREETS))]
+        builder.flat(a0, z0 + KERB, a1, z1 - KERB, street, ((u0, v0), (u1, v0), (u1, v1), (u0, v1)))
 
 
-def lay_lot(builder, x0, z0, x1, z1, strip="pavement"):
-    rows = atlas.size(strip)[0]
-    width = (x1 - x0) * atlas.TEXELS_PER_UNIT
-    parts = math.ceil((z1 - z0) * atlas.TEXELS_PER_UNIT / rows - 0.5)
+def lay_lot(builder, x0, z0, x1, z1, strip, parts):
+    """A block's ground between the streets, in so many repetitions of the picture."""
+    rows, columns = atlas.size(strip)
     for i in range(parts):
         b0, b1 = z0 + (z1 - z0) * i / parts, z0 + (z1 - z0) * (i + 1) / parts
-        builder.flat(x0, b0, x1, b1, strip, ((0, 0), (0, rows), (width, rows), (width, 0)))
+        builder.flat(x0, b0, x1, b1, strip, ((0, 0), (0, rows), (columns, rows), (columns, 0)))
 
 
 # block (column, row): landmark, its lot relative to the block's corner, its height
@@ -232,7 +231,7 @@ def build_block(builder, column, row):
     lay_streets(builder, x0, z0, x1, z1)
     ground = (x0 + KERB, z0 + KERB, x1 - KERB, z1 - KERB)
     green = LANDMARKS.get((column, row), (None,))[0] in (park,)
-    lay_lot(builder, *ground, "park" if green else "pavement")
+    lay_lot(builder, *ground, *(("park", 6) if green else ("pavement", 1)))
     site = inset(ground, 3)
     pieces = [site]
     if (column, row) in LANDMARKS:

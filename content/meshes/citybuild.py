@@ -47,6 +47,18 @@ class Skin:
         self.jump = rng.choice(((0, 0), (1, 0), (0, -1), (1, 1), (0, 1), (2, 0)))
 
 
+def tiers(floor, floors, most):
+    """A wall's quads, one over the other: from and to which of its floors, and where that begins in the picture.
+
+    Of a wall that is higher than its picture each tier but the lowest shows the picture's upper end, far from the shops.
+    """
+    first = min(floors, most - (atlas.SHOPS if floor else 0))
+    yield 0, first, min(floor, most - first)
+    for low in range(first, floors, most - atlas.SHOPS):
+        high = min(floors, low + most - atlas.SHOPS)
+        yield low, high, most - (high - low)
+
+
 class Builder:
     def __init__(self, passes_near, feet):
         """passes_near: whether the camera comes close to the front of a wall, by its four corners.
@@ -59,29 +71,37 @@ class Builder:
         self.signs = 0  # put up so far
 
     def wall(self, a, b, c, d, facade, jump, floor, floors, normals=None):
-        """One quad a, b (low), c, d (high); whole windows across and up."""
-        near = facade in atlas.FINE_FACADES and self.passes_near((a, b, c, d))
-        most, scale = (atlas.FINE_COLUMNS, atlas.FINE) if near else (atlas.FACADE_COLUMNS, 1)
-        width = math.hypot(b[0] - a[0], b[2] - a[2])
-        parts = max(1, math.ceil(width / atlas.MODULE / (most + 0.5)))
-        columns = min(most, max(1, round(width / atlas.MODULE / parts)))
-        floor = min(floor, atlas.FLOORS - floors)
-        u0, u1 = floor * atlas.CELL * scale, (floor + floors) * atlas.CELL * scale
+        """a, b (low), c, d (high); whole windows across and up; as few quads as the picture is large enough for."""
+        near = facade in atlas.FINE_COLUMNS and self.passes_near((a, b, c, d))
+        strip = atlas.fine(facade) if near else facade
+        most, up, across = atlas.modules(strip)
+        modules = math.hypot(b[0] - a[0], b[2] - a[2]) / atlas.MODULE
+        parts = max(1, math.ceil(modules / (most + 0.5)))
+        columns = min(most, max(1, round(modules / parts)))
         if normals is None:
             normals = [unit(np.cross(np.subtract(b, a), np.subtract(d, a))).round(3)] * 4
         mix = lambda p, q, t: tuple(p[i] + (q[i] - p[i]) * t for i in range(3))
+        first = self.draw_column(modules, 2 if near else 5)
         for part in range(parts):
-            s, t = part / parts, (part + 1) / parts
-            first = self.rng.randrange(0, most - columns + 1)
-            v0, v1 = first * atlas.CELL * scale, (first + columns) * atlas.CELL * scale
-            # The foot is cut off between two floors.
-            up = min(max(0, int((self.feet.get(len(self.walls), 0) - a[1]) / (d[1] - a[1]) * floors)), floors - 1)
-            foot, u = up / floors, u0 + (u1 - u0) * up / floors
-            uvs = [atlas.uv(atlas.fine(facade) if near else facade, *place, jump)
-                   for place in ((u, v0), (u, v1), (u1, v1), (u1, v0))]
-            left, right = (mix(a, b, s), mix(d, c, s)), (mix(a, b, t), mix(d, c, t))
-            self.walls.append([len(self.mesh.faces), len(self.mesh.faces) + 1])
-            self.mesh.quad([mix(*left, foot), mix(*right, foot), right[1], left[1]], uvs, normals)
+            v0 = (first + part) % (most - columns + 1) * across
+            v1 = v0 + columns * across
+            ends = [(mix(a, b, s), mix(d, c, s)) for s in (part / parts, (part + 1) / parts)]
+            for low, high, picture in tiers(floor, floors, atlas.FLOORS[facade]):
+                # The foot is cut off between two floors.
+                seen = (self.feet.get(len(self.walls), 0) - a[1]) / (d[1] - a[1]) * floors
+                foot = min(max(low, int(seen)), high - 1)
+                u0, u1 = (picture + foot - low) * up, (picture + high - low) * up
+                corners = [mix(*ends[side], level / floors)
+                           for side, level in ((0, foot), (1, foot), (1, high), (0, high))]
+                uvs = [atlas.uv(strip, *place, jump) for place in ((u0, v0), (u0, v1), (u1, v1), (u1, v0))]
+                self.walls.append([len(self.mesh.faces), len(self.mesh.faces) + 1])
+                self.mesh.quad(corners, uvs, normals)
+
+    def draw_column(self, modules, most):
+        """Where in its picture a wall begins. Draws once for every `most` modules: the city's plan hangs on that."""
+        parts = max(1, math.ceil(modules / (most + 0.5)))
+        columns = min(most, max(1, round(modules / parts)))
+        return sum(self.rng.randrange(0, most - columns + 1) for _ in range(parts))
 
     def prism(self, low, y0, high, y1, skin, floor=0, normals=None):
         floors = max(1, round((y1 - y0) / atlas.MODULE))

@@ -13,12 +13,12 @@ import sight
 LEAST, LEAST_AT_ONCE, LEAST_FOOT, LEAST_BURST = 800, 80, 200, 2000
 FOOT = 10.0  # of a wall is kept below what is seen of it
 STEP, STEPS = 10.0, 61  # of heights
-SEEN_EVERY, LAYERS_EVERY = 12, 40  # ticks
+SEEN_EVERY, WORTH_EVERY, LAYERS_EVERY = 12, 24, 40  # ticks
 PASSES = 4
 # Of a second look at what is left: pixels seen for each pixel's cost, and pixels in one view that are kept anyway.
-WORTH, WORTH_AT_ONCE = 0.004, 200
-SKYLINE = 10  # pixels for which one counts behind which there is nothing but the sky
-CELLS, CELL_AT_ONCE = 32, 20  # across a parallelogram, from whose sides cells are cut
+WORTH, WORTH_AT_ONCE = 0.05, 500
+SKYLINE = 60  # pixels for which one counts behind which there is nothing but the sky
+CELLS, CELL_AT_ONCE = 32, 40  # across a parallelogram, from whose sides cells are cut
 
 
 class Seen:
@@ -55,7 +55,7 @@ class Worth:
     def __init__(self, stage):
         self.pixels, self.most, self.burst, self.cost = np.zeros((4, stage.faces))
         self.sides, self.sides_most = np.zeros((2, 2, stage.faces, CELLS))  # along, up
-        for frame in sight.views(SEEN_EVERY):
+        for frame in sight.views(WORTH_EVERY):
             names, places = stage.places(frame)
             weights = np.where(stage.last(frame) == names, SKYLINE, 1)[names >= 0]
             places, names = places[names >= 0] * CELLS // 256, names[names >= 0]

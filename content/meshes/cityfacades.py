@@ -8,7 +8,8 @@ import cityatlas as atlas
 from brush import blur, mix, noise
 
 OVER = 4  # painted at so many times the size of the strips seen from far
-ROWS = 128  # painted, of which the strips show as many as they have room for
+MODULE = 16  # texels both ways
+HEIGHT, ROWS = 1024, 128  # painted, of which the strips show what they have room for
 
 WARM = np.array([(1.0, 0.76, 0.40), (1.0, 0.84, 0.52), (1.0, 0.66, 0.28), (1.0, 0.92, 0.72), (0.78, 0.92, 1.0)])
 WARM_SHARES = (0.34, 0.28, 0.16, 0.14, 0.08)
@@ -19,7 +20,7 @@ class Wall:
 
     def __init__(self, seed, colour, roughness=0.05):
         self.random = np.random.RandomState(seed)
-        shape = (atlas.FACADE_HEIGHT * OVER, ROWS * OVER)
+        shape = (HEIGHT * OVER, ROWS * OVER)
         self.up, self.across = np.meshgrid((np.arange(shape[0]) + 0.5) / OVER, (np.arange(shape[1]) + 0.5) / OVER,
                                            indexing="ij")
         grain = noise(self.random, shape, (32, 4), 4) * roughness
@@ -64,7 +65,7 @@ class Wall:
     def windows(self, width, height, a0, a1, u0, u1, kind, glass, recess=0.5, sparse=1.0):
         """A pane a0..a1, u0..u1 in each width x height module."""
         random = self.random
-        rows, panes = atlas.FACADE_HEIGHT // height, ROWS // width
+        rows, panes = HEIGHT // height, ROWS // width
         lit = self.occupancy(kind, panes, rows) * (random.rand(rows, panes) < sparse)
         row, pane = (self.up // height).astype(int), (self.across // width).astype(int)
         a, u = self.across % width, self.up % height

@@ -178,40 +178,45 @@ def traffic(road, lane, heading):
     road.colour += thread[..., None] * np.array((1.0, 0.8, 0.5) if heading > 0 else (1.0, 0.16, 0.05))
 
 
-def paint_road():
-    length = atlas.ROAD_RUN
-    strip = np.zeros((*atlas.size("road"), 4))
-    for piece in range(atlas.ROAD_LENGTHS):
-        road = Ground(50 + piece, atlas.ROAD_ROWS, length, (0.15, 0.145, 0.14), 0.15)
-        random = road.random
-        for y0, y1 in ((0, 9), (51, 60)):
-            road.fill(road.box(0, y0, length, y1), (0.42, 0.38, 0.33))
-            road.shade(road.box(0, y0, length, y1) & (road.x % 6 < 0.6), 0.75)
-        road.shade((np.abs(road.y - 9) < 0.7) | (np.abs(road.y - 51) < 0.7), 1.5)
-        road.fill((np.abs(road.y - 30) < 1.1) & (np.abs(road.y - 30) > 0.4), (0.85, 0.6, 0.15))
-        dash = (road.x % 14 < 7) & ((np.abs(road.y - 20) < 0.5) | (np.abs(road.y - 40) < 0.5))
-        road.fill(dash, (0.7, 0.7, 0.68))
-        for x0 in (3, length - 13):
-            road.fill(road.box(x0, 10, x0 + 10, 50) & (road.y % 4 < 2), (0.75, 0.75, 0.72))
-        # Shop windows light the pavement.
-        shops = np.clip(0.55 + 0.9 * noise(random, road.x.shape, (1, 9), 2), 0.1, 1)
-        shine = np.exp(-np.minimum(road.y, atlas.ROAD_ROWS - road.y) / 7) * shops
-        road.glow = np.maximum(road.glow, 0.8 * shine)
-        road.colour += 0.6 * shine[..., None] * np.array((1.0, 0.74, 0.4))
-        for y, heading in ((15, -1), (25, -1), (35, 1), (45, 1)):
-            traffic(road, y, heading)
-            x = random.uniform(20, 50)
-            while x < length - 26:
-                paint = random.choice(3)
-                colour = ((0.75, 0.6, 0.12), (0.5, 0.52, 0.55), (0.35, 0.1, 0.08))[paint]
-                car(road, x, y, heading, colour)
-                x += random.exponential(26) + 15
-        for x in range(22, length, 44):
-            for y in (8, 52):
-                road.pool(x, y, 12, 1.0, (1.0, 0.68, 0.32))
-                road.pool(x, y, 1.6, 1.0, (1.0, 0.9, 0.7))
-        strip[:, piece * length:(piece + 1) * length] = road.finish()
-    return strip
+def paint_street(piece):
+    """From the middle of a crossing to the middle of the next."""
+    crossing = paint_crossing()
+    half = crossing.shape[1] // 2
+    return np.concatenate([crossing[:, half:], paint_road(piece), crossing[:, :half]], 1)
+
+
+def paint_road(piece):
+    rows, length = atlas.size(atlas.STREETS[piece])
+    length -= rows
+    road = Ground(50 + piece, rows, length, (0.15, 0.145, 0.14), 0.15)
+    random = road.random
+    for y0, y1 in ((0, 9), (51, 60)):
+        road.fill(road.box(0, y0, length, y1), (0.42, 0.38, 0.33))
+        road.shade(road.box(0, y0, length, y1) & (road.x % 6 < 0.6), 0.75)
+    road.shade((np.abs(road.y - 9) < 0.7) | (np.abs(road.y - 51) < 0.7), 1.5)
+    road.fill((np.abs(road.y - 30) < 1.1) & (np.abs(road.y - 30) > 0.4), (0.85, 0.6, 0.15))
+    dash = (road.x % 14 < 7) & ((np.abs(road.y - 20) < 0.5) | (np.abs(road.y - 40) < 0.5))
+    road.fill(dash, (0.7, 0.7, 0.68))
+    for x0 in (3, length - 13):
+        road.fill(road.box(x0, 10, x0 + 10, 50) & (road.y % 4 < 2), (0.75, 0.75, 0.72))
+    # Shop windows light the pavement.
+    shops = np.clip(0.55 + 0.9 * noise(random, road.x.shape, (1, 9), 2), 0.1, 1)
+    shine = np.exp(-np.minimum(road.y, rows - road.y) / 7) * shops
+    road.glow = np.maximum(road.glow, 0.8 * shine)
+    road.colour += 0.6 * shine[..., None] * np.array((1.0, 0.74, 0.4))
+    for y, heading in ((15, -1), (25, -1), (35, 1), (45, 1)):
+        traffic(road, y, heading)
+        x = random.uniform(20, 50)
+        while x < length - 26:
+            paint = random.choice(3)
+            colour = ((0.75, 0.6, 0.12), (0.5, 0.52, 0.55), (0.35, 0.1, 0.08))[paint]
+            car(road, x, y, heading, colour)
+            x += random.exponential(26) + 15
+    for x in range(22, length, 44):
+        for y in (8, 52):
+            road.pool(x, y, 12, 1.0, (1.0, 0.68, 0.32))
+            road.pool(x, y, 1.6, 1.0, (1.0, 0.9, 0.7))
+    return road.finish()
 
 
 def paint_crossing():
@@ -227,14 +232,15 @@ def paint_crossing():
 
 
 def paint_pavement():
+    """A square, though little of it is seen: its rows are few."""
     rows, columns = atlas.size("pavement")
-    ground = Ground(61, rows, columns, (0.27, 0.26, 0.25), 0.2)
-    ground.shade((ground.x % 8 < 0.6) | (ground.y % 8 < 0.6), 0.78)
+    ground = Ground(61, rows * 4, columns, (0.27, 0.26, 0.25), 0.2)
+    ground.shade((ground.x % 8 < 0.6) | (ground.y % 16 < 1.2), 0.78)
     random = ground.random
-    for _ in range(14):
-        x, y, radius, power = (random.uniform(*r) for r in ((0, columns), (6, rows - 6), (6, 12), (0.4, 1.0)))
+    for _ in range(60):
+        x, y, radius, power = (random.uniform(*r) for r in ((0, columns), (6, rows * 4 - 6), (5, 9), (0.4, 1.0)))
         ground.pool(x, y, radius, power)
-    return ground.finish()
+    return ground.finish().reshape(rows, 4, columns, 4).mean(1)
 
 
 def paint_park():

@@ -177,7 +177,7 @@ def park(builder, lot, height):
         tx, tz = rng.uniform(x0 + 6, x1 - 6), rng.uniform(z0 + 6, z1 - 6)
         if math.hypot(tx - x, tz - z) > 38:
             size = rng.uniform(5, 8)
-            builder.spire(ring(tx, tz, size, 4, rng.random()), 1, (tx, size * 2.6, tz), "metal", 160)
+            builder.spire(ring(tx, tz, size, 3, rng.random()), 1, (tx, size * 2.6, tz), "metal", 160)
 
 
 def works(builder, lot, height):
@@ -189,12 +189,12 @@ def works(builder, lot, height):
     builder.roof(rectangle(*hall), 40, "skylight")
     for i in range(3):
         z = z0 + (z1 - z0) * (0.2 + 0.3 * i)
-        stack = ring(x0 + 14, z, 5.5, 8)
-        tip = ring(x0 + 14, z, 3.6, 8)
+        stack = ring(x0 + 14, z, 5.5, 6)
+        tip = ring(x0 + 14, z, 3.6, 6)
         builder.plain(stack, 40, tip, 150, column=192, cap=False)
     for i in range(2):
         for j in range(2):
             x, z = x0 + (x1 - x0) * (0.7 + 0.24 * i), z0 + (z1 - z0) * (0.25 + 0.5 * j)
-            tank = ring(x, z, (x1 - x0) * 0.1, 10)
+            tank = ring(x, z, (x1 - x0) * 0.1, 8)
             builder.plain(tank, 0, tank, 26, column=32, cap=False)
             builder.spire(tank, 26, (x, 32, z), column=0)

@@ -54,7 +54,7 @@ void main() {
 }
 """
 LAYERS = 8
-EDGE_COST, FACE_COST = 2.5, 190.0  # pixels, for a pixel of length, and for each triangle; measured
+HIDDEN_COST, EDGE_COST, FACE_COST = 0.05, 0.55, 75.0  # of a hidden pixel, a pixel of length, a triangle; measured
 
 
 @functools.lru_cache(maxsize=1)
@@ -162,6 +162,11 @@ class Stage:
 
     def draw(self, frame, count=0.0):
         """Draws a frame of the flight: the triangles' names, or what each fragment adds."""
+        for _ in self.draw_by_turns(frame, count):
+            pass
+
+    def draw_by_turns(self, frame, count=0.0):
+        """Draws a frame block by block, and yields each one's turn."""
         self.attach()
         GL.glClearColor(0, 0, 0, 0)
         GL.glClear(GL.GL_COLOR_BUFFER_BIT | GL.GL_DEPTH_BUFFER_BIT)
@@ -171,8 +176,10 @@ class Stage:
         for copy, mvp, seen in self.copies(frame):
             GL.glUniformMatrix4fv(uniform("mvp"), 1, True, mvp.astype(np.float32))
             for b in seen:
-                GL.glUniform1f(uniform("turn"), (copy * len(self.lists) + b) / 255)
+                turn = copy * len(self.lists) + b
+                GL.glUniform1f(uniform("turn"), turn / 255)
                 GL.glDrawElements(GL.GL_TRIANGLES, len(self.lists[b]), GL.GL_UNSIGNED_INT, self.lists[b])
+                yield turn
 
     def copies(self, frame):
         """The tile's copies in the order of drawing: number, matrix and blocks of each that has blocks in sight."""
@@ -219,11 +226,11 @@ class Stage:
         return name_of(read_pixels())
 
     def costs(self, frame):
-        """What drawing each triangle costs a driver that draws in software, seen or hidden, in pixels.
+        """What drawing each triangle costs a driver that draws in software, in shaded pixels.
 
-        It works in squares of 4 x 4, so edges count as a strip beside them. What reaches behind the eye counts nothing.
+        It works in squares of 4 x 4, so edges count as a strip beside them; those of what reaches behind the eye do not.
         """
-        cost = np.zeros(self.faces)
+        cost = self.shadings(frame)
         for _, mvp, seen in self.copies(frame):
             faces = np.concatenate([self.lists[b][::3] // 3 for b in seen])
             corners = np.concatenate([self.corners[faces], np.ones((len(faces), 3, 1))], 2) @ mvp.T
@@ -233,8 +240,18 @@ class Stage:
             sides = np.roll(points, -1, 1) - points
             area = np.abs(sides[:, 0, 0] * sides[:, 1, 1] - sides[:, 0, 1] * sides[:, 1, 0]) / 2
             around = np.linalg.norm(sides, axis=2).sum(1)
-            cost += np.bincount(faces, (area + EDGE_COST * around + FACE_COST) * (around > 0), self.faces)
+            beside = HIDDEN_COST * area + EDGE_COST * around + FACE_COST
+            cost += np.bincount(faces, beside * (around > 0), self.faces)
         return cost
+
+    def shadings(self, frame):
+        """How many pixels of each triangle are shaded: seen, or hidden by a block that comes later."""
+        shaded = np.zeros(self.faces)
+        for turn in self.draw_by_turns(frame):
+            rgba = read_pixels()
+            names = name_of(rgba)
+            shaded += np.bincount(names[(names >= 0) & (rgba[..., 2] == turn)], minlength=self.faces)
+        return shaded
 
     def distances(self, frame):
         """How far off along the view is what each pixel shows."""
