@@ -13,7 +13,7 @@ GUTTER = 2
 
 FACADES = ["glass", "stone", "ribbon", "brick", "balcony", "dark", "deco", "grid", "azure", "slate"]
 COLUMNS = 8  # modules across
-# A module's texels across are fewer, as they lie far apart in memory. Glass stands beside the camera's way, just not near.
+# A module's texels across are fewer: they lie far apart in memory. Glass stands beside the camera's way, just not near.
 ACROSS, FINE_ACROSS = dict.fromkeys(FACADES, 8) | {"glass": 16}, 24
 FINE_COLUMNS = {"grid": 6, "azure": 8, "brick": 8, "deco": 8, "ribbon": 3, "stone": 3}
 NEAR_BY = {"glass": "azure", "dark": "grid", "balcony": "brick", "slate": "ribbon"}  # what stands in for the others

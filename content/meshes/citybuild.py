@@ -47,10 +47,16 @@ class Skin:
         self.jump = rng.choice(((0, 0), (1, 0), (0, -1), (1, 1), (0, 1), (2, 0)))
 
 
+def divided(modules, most):
+    """In how many parts a wall so many modules wide is built of a strip `most` wide, and how wide each shows it."""
+    parts = max(1, math.ceil(modules / (most + 0.5)))
+    return parts, min(most, max(1, round(modules / parts)))
+
+
 def tiers(floor, floors, most):
     """A wall's quads, one over the other: from and to which of its floors, and where that begins in the picture.
 
-    Of a wall that is higher than its picture each tier but the lowest shows the picture's upper end, far from the shops.
+    Of a wall higher than its picture each tier but the lowest shows the picture's upper end, far from the shops.
     """
     first = min(floors, most - (atlas.SHOPS if floor else 0))
     yield 0, first, min(floor, most - first)
@@ -76,8 +82,7 @@ class Builder:
         strip = atlas.fine(facade) if near else facade
         most, up, across = atlas.modules(strip)
         modules = math.hypot(b[0] - a[0], b[2] - a[2]) / atlas.MODULE
-        parts = max(1, math.ceil(modules / (most + 0.5)))
-        columns = min(most, max(1, round(modules / parts)))
+        parts, columns = divided(modules, most)
         if normals is None:
             normals = [unit(np.cross(np.subtract(b, a), np.subtract(d, a))).round(3)] * 4
         mix = lambda p, q, t: tuple(p[i] + (q[i] - p[i]) * t for i in range(3))
@@ -99,8 +104,7 @@ class Builder:
 
     def draw_column(self, modules, most):
         """Where in its picture a wall begins. Draws once for every `most` modules: the city's plan hangs on that."""
-        parts = max(1, math.ceil(modules / (most + 0.5)))
-        columns = min(most, max(1, round(modules / parts)))
+        parts, columns = divided(modules, most)
         return sum(self.rng.randrange(0, most - columns + 1) for _ in range(parts))
 
     def prism(self, low, y0, high, y1, skin, floor=0, normals=None):

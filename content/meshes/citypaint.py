@@ -18,8 +18,8 @@ def place(canvas, name, picture):
 
 
 def shrink_to(picture, rows, columns):
-    channels = [Image.fromarray(np.float32(channel)).resize((columns, rows), Image.BOX) for channel in np.moveaxis(picture, 2, 0)]
-    return np.stack([np.asarray(channel) for channel in channels], 2)
+    channels = np.moveaxis(np.float32(picture), 2, 0)
+    return np.stack([Image.fromarray(channel).resize((columns, rows), Image.BOX) for channel in channels], 2)
 
 
 def place_facade(canvas, name):

@@ -228,7 +228,7 @@ class Stage:
     def costs(self, frame):
         """What drawing each triangle costs a driver that draws in software, in shaded pixels.
 
-        It works in squares of 4 x 4, so edges count as a strip beside them; those of what reaches behind the eye do not.
+        It works in squares of 4 x 4, so edges count as a strip beside them; of what reaches behind the eye they do not.
         """
         cost = self.shadings(frame)
         for _, mvp, seen in self.copies(frame):
