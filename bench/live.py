@@ -15,7 +15,7 @@ import numpy
 from benching import ROOT, part_of, statistics
 
 sys.path[:0] = [os.path.join(ROOT, "tests", room) for room in ("recorder", "show")]
-from machine import start_display
+from machine import end, start_display
 from movies import lag, sound
 
 RATE = 44100  # samples a second
@@ -37,8 +37,7 @@ class Display:
         return self
 
     def __exit__(self, *_):
-        self.server.terminate()
-        self.server.wait()
+        end(self.server)
 
 
 class SoundCard(threading.Thread):

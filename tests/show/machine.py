@@ -38,6 +38,16 @@ def start_display(*command, **options):
         return process, ":" + number.readline().strip()
 
 
+def end(process):
+    """Ends a process. An X server misses a signal that comes in the moment before it waits, so it is asked again."""
+
+    def ended():
+        process.terminate()
+        return process.poll() is not None
+
+    wait_until(ended, f"the end of {process.args[0]}")
+
+
 def said(path):
     """What a log says so far, nothing before it is there."""
     try:

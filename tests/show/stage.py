@@ -81,8 +81,7 @@ class Stage:
         if self.x:
             self.x.close()
         for process in reversed(self.processes):
-            process.terminate()
-            process.wait()
+            machine.end(process)
         shutil.rmtree(self.folder)
 
     def scratch(self, without=()):

@@ -22,7 +22,7 @@ HERE = os.path.dirname(os.path.realpath(__file__))
 ROOT = os.path.dirname(os.path.dirname(HERE))
 sys.path += [os.path.join(ROOT, "content"), os.path.join(ROOT, "tests", "show")]
 import schedule
-from machine import PATIENCE, start_display, wait_until
+from machine import PATIENCE, end, start_display, wait_until
 
 PAGE = os.environ.get("PAGE", os.path.join(ROOT, "build-web", "page"))
 
@@ -291,8 +291,7 @@ class Display:
         self.process, self.name = start_display("Xvfb", "-screen", "0", f"{width}x{height}x24")
 
     def close(self):
-        self.process.terminate()
-        self.process.wait()
+        end(self.process)
 
 
 class Firefox(Browser):
