@@ -2,13 +2,17 @@
 //   when, in seconds of the monotonic clock; when its frame began, in seconds since the clock's
 //   zero; demo time; beat; scene, empty while loading
 // and one for each file that it loaded: "file", name. And what the show is measured beside: a
-// window and nothing else, and the bare decoding of the same files.
+// window with nothing in it, one with the show's first frame, and the bare decoding of the same
+// files.
 #include "demo.h"
+#include "framesize.h"
+#include "main/capture.h"
 #include "main/loop.h"
 #include "main/show.h"
 #include "main/startup.h"
 #include "main/video.h"
 #include "port.h"
+#include "screenshot.h"
 #include "x11.h"
 
 #include <algorithm>
@@ -33,6 +37,7 @@ constexpr const char* usage = R"(usage: tarvisk-live COMMAND
 
   show BEAT [OPTION...]     the show with its options, up to a beat
   window FRAMES             frames of 20 ms with nothing in them
+  picture FRAMES            frames of 20 ms with the show's first one in them, without a desktop
   decode THREADS FILE...    how long decoding these takes, in seconds
 )";
 
@@ -83,7 +88,7 @@ void play(float beat, int argc, char** argv) {
     start_show(argc, argv);
 }
 
-// ---- a window and nothing else ----
+// ---- a window and hardly anything else ----
 
 // As the show opens its own.
 void openwindow() {
@@ -93,16 +98,27 @@ void openwindow() {
     init_gl();
 }
 
-void hold(size_t frames) {
-    openwindow();
+void hold(size_t frames, void (*draw)()) {
     SDL_AddTimer(fpsperiod, fps_tick, nullptr);
     time_init();
     x11_onpresent(note);
     while (presented.size() < frames) {
-        glClear(GL_COLOR_BUFFER_BIT);
+        draw();
         system_crap();
     }
     finish();
+}
+
+void holdnothing(size_t frames) {
+    openwindow();
+    hold(frames, [] { glClear(GL_COLOR_BUFFER_BIT); });
+}
+
+void holdpicture(size_t frames) {
+    openwindow();
+    screenshot_surface = SDL_CreateRGBSurface(0, frame_w, frame_h, 32, 0xFF, 0xFF00, 0xFF0000, 0);
+    screenshot->init();
+    hold(frames, [] { screenshot->draw(); });
 }
 
 // ---- decoding ----
@@ -171,7 +187,9 @@ int main(int argc, char** argv) {
     if (command == "show")
         play(strtof(argv[2], nullptr), argc - 2, argv + 2);
     else if (command == "window")
-        hold(strtoul(argv[2], nullptr, 10));
+        holdnothing(strtoul(argv[2], nullptr, 10));
+    else if (command == "picture")
+        holdpicture(strtoul(argv[2], nullptr, 10));
     else if (command == "decode")
         decode(atoi(argv[2]), {argv + 3, argv + argc});
     else

@@ -186,10 +186,12 @@ def starts(program, size, count):
         Run(program, display, "show", "0")
         for _ in range(count):
             window = Run(program, display, "window", "1")
+            picture = Run(program, display, "picture", "1")
             show = Run(program, display, "show", "0")
             first = show.presents[0][0]
             found = {
                 "start: window alone": window.presents[0][0] - window.launched,
+                "start: window and picture": picture.presents[0][0] - picture.launched,
                 "start: first picture": first - show.launched,
                 "start: loading": show.shown()[0][0] - first,
                 "start: first beat": show.presents[-1][0] - show.launched,

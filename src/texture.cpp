@@ -1,10 +1,11 @@
 #include "texture.h"
 
+#include "decoder.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <SDL_image.h>
 #include <string>
 #include <vector>
 
@@ -80,6 +81,25 @@ SDL_Surface* newimagesurface(int w, int h, GLenum format) {
     return nullptr;
 }
 
+bool isalready(const SDL_Surface* surf, GLenum format) {
+    const SDL_PixelFormat& pixel = *surf->format;
+    const bool alpha = format == GL_RGBA;
+    return (alpha || format == GL_RGB) && pixel.BitsPerPixel == (alpha ? 32 : 24) &&
+           pixel.Rmask == red_mask && pixel.Gmask == green_mask && pixel.Bmask == blue_mask &&
+           pixel.Amask == (alpha ? alpha_mask : 0) && !(surf->flags & SDL_SRCCOLORKEY);
+}
+
+void flip(SDL_Surface* surf) {
+    std::vector<Uint8> row(surf->pitch);
+    auto* top = static_cast<Uint8*>(surf->pixels);
+    for (Uint8* bottom = top + (surf->h - 1) * surf->pitch; top < bottom; bottom -= surf->pitch) {
+        memcpy(row.data(), top, row.size());
+        memcpy(top, bottom, row.size());
+        memcpy(bottom, row.data(), row.size());
+        top += surf->pitch;
+    }
+}
+
 void blitflipped(SDL_Surface* from, SDL_Surface* to) {
     for (int y = 0; y < from->h; ++y) {
         SDL_Rect source = {0, static_cast<Sint16>(y), static_cast<Uint16>(from->w), 1};
@@ -153,13 +173,19 @@ void texture_c::load(const char* fn, int texflags) {
 }
 
 SDL_Surface* texture_c::load_image(const char* fn, GLenum internalformat) {
-    SDL_Surface* image = IMG_Load(fn);
+    SDL_Surface* image = decoder_load(fn);
     if (!image) {
         fprintf(stderr, "couldn't load!\n");
         exit(1);
     }
     SDL_SetAlpha(image, 0, 255); // or the blit would blend instead of copying alpha
     fprintf(stderr, "texture bpp: %i\n", image->format->BitsPerPixel);
+    // Nearly every picture: fresh memory for another one would take most of the time.
+    if (isalready(image, internalformat)) {
+        flip(image);
+        SDL_SetAlpha(image, internalformat == GL_RGBA ? SDL_SRCALPHA : 0, 255);
+        return image;
+    }
     SDL_Surface* converted = newimagesurface(image->w, image->h, internalformat);
     if (converted)
         blitflipped(image, converted);

@@ -1,6 +1,7 @@
 #include "demo.h"
 
 #include "3dphone.h"
+#include "decoder.h"
 #include "effects.h"
 #include "main/capture.h"
 #include "main/leave.h"
@@ -482,6 +483,7 @@ void demo_init() {
 }
 
 void demo_initgl() {
+    decoder_begin("gfx");
     loadeffects();
     orangetex_fbo = new fbo_c(128, 128, 0);
     orange_fbo = new fbo_c(512, 256, 0);

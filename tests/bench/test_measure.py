@@ -11,7 +11,7 @@ BUILD = os.path.realpath(os.environ.get("BUILD", os.path.join(ROOT, "build-check
 SIZE, OTHER = "108x60", "216x120"
 SCENES = {"city flight", "credits in the rock", "gear city"}
 EFFECTS = {"zreset", "tunnel", "bump", "gear"}
-STARTS = {"start: window alone", "start: first picture", "start: loading", "start: first beat",
+STARTS = {"start: window alone", "start: window and picture", "start: first picture", "start: loading", "start: first beat",
           "start: decoding on 1", "start: decoding on 2"}
 # Any time is less than a million of another's, and none is less than nothing.
 HOLDS = [("live", "show", "99 %", "bare loop", 1e6), (OTHER, "city flight", "cpu median", "credits in the rock", 1e6),

@@ -4,7 +4,9 @@
 
 #include <ctime>
 #include <dbus/dbus.h>
+#include <dlfcn.h>
 #include <SDL_mixer.h>
+#include <SDL_thread.h>
 #include <unistd.h>
 
 services_s services;
@@ -33,6 +35,10 @@ const char* song(const void* music) {
     return music ? "song" : "null";
 }
 
+int idle(void*) {
+    return 0;
+}
+
 } // namespace
 
 extern "C" {
@@ -41,6 +47,18 @@ SDL_TimerID SDL_AddTimer(Uint32 interval, SDL_NewTimerCallback callback, void*) 
     note("SDL_AddTimer", std::to_string(interval));
     services.timers.push_back({interval, callback});
     return handle<struct _SDL_TimerID>(0, true);
+}
+
+SDL_Thread* SDL_CreateThread(int (*work)(void*), void* data) {
+    if (services.threads == threads_t::none)
+        return nullptr;
+    if (services.threads == threads_t::atonce) {
+        work(data);
+        work = idle;
+    }
+    static const auto original =
+        reinterpret_cast<decltype(&SDL_CreateThread)>(dlsym(RTLD_NEXT, "SDL_CreateThread"));
+    return original(work, data);
 }
 
 int Mix_OpenAudio(int frequency, Uint16 format, int channels, int chunksize) {

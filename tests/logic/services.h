@@ -1,6 +1,6 @@
 // Doubles of the libraries around the show: music, message bus, timers, delays and the mouse. They
 // record their calls in testport.calls, beside the port's, and start nothing. Timers never fire by
-// themselves, and nothing sleeps.
+// themselves, and nothing sleeps. Threads are what a test makes of them.
 #pragma once
 
 #include <SDL.h>
@@ -10,6 +10,9 @@ struct timer_s {
     Uint32 interval;
     SDL_NewTimerCallback callback;
 };
+
+// What SDL_CreateThread does: nothing, the thread's work before it returns, what it does elsewhere.
+enum class threads_t { none, atonce, real };
 
 struct services_s {
     bool audio = true;             // Mix_OpenAudio succeeds
@@ -24,5 +27,6 @@ struct services_s {
     Uint8 mousebuttons = 0;        // SDL_GetMouseState
     unsigned long long delays = 0; // calls that would have slept
     std::vector<timer_s> timers;
+    threads_t threads = threads_t::real; // SDL's own, too
 };
 extern services_s services;

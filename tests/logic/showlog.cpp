@@ -9,6 +9,7 @@
 #include "main/startup.h"
 #include "main/video.h"
 #include "screenshot.h"
+#include "services.h"
 #include "testport.h"
 
 #include <cstdio>
@@ -170,6 +171,8 @@ const drawing_s& frame_s::drawing(const std::string& effect) const {
 void load(const std::set<std::string>& real) {
     static Uint8 keys[SDLK_LAST] = {};
     testport_startsdl();
+    if (services.threads == threads_t::real)
+        services.threads = threads_t::none; // tests fork to see the show end
     tap = std::make_unique<stderrtap_c>();
     keystate = keys;
     video_w = testport.width;

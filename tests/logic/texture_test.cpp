@@ -5,6 +5,7 @@
 #include <atomic>
 #include <csignal>
 #include <fcntl.h>
+#include <SDL_image.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <thread>
@@ -133,6 +134,70 @@ TEST(texture, load_image_knows_two_formats) {
     EXPECT_EQ(rgb->format->Amask, 0u);
     SDL_FreeSurface(rgba);
     SDL_FreeSurface(rgb);
+}
+
+// By copying row for row, as SDL converts pixels.
+SDL_Surface* turnedover(const char* fn, GLenum format) {
+    SDL_Surface* image = IMG_Load(fn);
+    SDL_SetAlpha(image, 0, 255);
+    SDL_Surface* copy = surface(image->w, image->h, format == GL_RGBA ? 32 : 24);
+    for (int y = 0; y < image->h; ++y) {
+        SDL_Rect from = {0, Sint16(y), Uint16(image->w), 1},
+                 to = {0, Sint16(image->h - 1 - y), 0, 0};
+        SDL_BlitSurface(image, &from, copy, &to);
+    }
+    SDL_FreeSurface(image);
+    return copy;
+}
+
+bytes pixelsof(const SDL_Surface* surf) {
+    const auto* first = static_cast<const unsigned char*>(surf->pixels);
+    const size_t row = size_t(surf->w) * surf->format->BytesPerPixel;
+    bytes result;
+    for (int y = 0; y < surf->h; ++y)
+        result.insert(result.end(), first + y * surf->pitch, first + y * surf->pitch + row);
+    return result;
+}
+
+TEST(texture, load_image_gives_the_same_with_a_conversion_and_without) {
+    for (const char* fn : {"gfx/gear.png", "gfx/face.jpg"}) // 32 bits; 24, rows padded
+        for (const GLenum format : {GL_RGBA, GL_RGB}) {
+            SDL_Surface* expected = turnedover(fn, format);
+            SDL_Surface* loaded = texture_c::load_image(fn, format);
+            ASSERT_NE(loaded, nullptr);
+            EXPECT_EQ(loaded->pitch, expected->pitch);
+            EXPECT_EQ(loaded->format->Amask, expected->format->Amask);
+            EXPECT_EQ(loaded->format->BitsPerPixel, expected->format->BitsPerPixel);
+            EXPECT_EQ(!(loaded->flags & SDL_SRCALPHA), format == GL_RGB) << fn;
+            EXPECT_TRUE(pixelsof(loaded) == pixelsof(expected)) << fn;
+            SDL_FreeSurface(expected);
+            SDL_FreeSurface(loaded);
+        }
+}
+
+TEST(texture, load_image_turns_an_odd_number_of_rows_over) {
+    scratch_c scratch;
+    writefile("a.ppm", std::string("P6 1 3 255\n") + "abcdefghi");
+    SDL_Surface* loaded = texture_c::load_image("a.ppm", GL_RGB);
+    EXPECT_EQ(pixelsof(loaded), (bytes{'g', 'h', 'i', 'd', 'e', 'f', 'a', 'b', 'c'}));
+    SDL_FreeSurface(loaded);
+}
+
+// A PNG of two pixels, of which the upper is the transparent colour: SDL copies all others.
+TEST(texture, load_image_leaves_a_transparent_colour_out) {
+    scratch_c scratch;
+    const unsigned char png[] = {
+        0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49,
+        0x48, 0x44, 0x52, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x02, 0x08, 0x02,
+        0x00, 0x00, 0x00, 0x16, 0xe3, 0x21, 0x70, 0x00, 0x00, 0x00, 0x06, 0x74, 0x52,
+        0x4e, 0x53, 0x00, 0x0a, 0x00, 0x14, 0x00, 0x1e, 0xc5, 0x36, 0x29, 0xff, 0x00,
+        0x00, 0x00, 0x10, 0x49, 0x44, 0x41, 0x54, 0x78, 0x9c, 0x63, 0xe0, 0x12, 0x91,
+        0x63, 0xd0, 0x30, 0xb2, 0x01, 0x00, 0x02, 0x74, 0x00, 0xd3, 0x7e, 0x4c, 0x63,
+        0x1a, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+    writefile("a.png", std::string(png, png + sizeof png));
+    SDL_Surface* loaded = texture_c::load_image("a.png", GL_RGB);
+    EXPECT_EQ(pixelsof(loaded), (bytes{40, 50, 60, 0, 0, 0}));
+    SDL_FreeSurface(loaded);
 }
 
 TEST(texture_death, an_image_that_cannot_be_had_ends_the_show) {

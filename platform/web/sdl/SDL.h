@@ -9,7 +9,8 @@ using Sint16 = int16_t;
 using Uint32 = uint32_t;
 
 constexpr Uint32 SDL_INIT_TIMER = 1, SDL_INIT_AUDIO = 0x10, SDL_INIT_VIDEO = 0x20;
-constexpr Uint32 SDL_SWSURFACE = 0, SDL_SRCALPHA = 0x00010000, SDL_FULLSCREEN = 0x80000000;
+constexpr Uint32 SDL_SWSURFACE = 0, SDL_SRCALPHA = 0x00010000, SDL_SRCCOLORKEY = 0x1000,
+                 SDL_FULLSCREEN = 0x80000000;
 constexpr Uint8 SDL_ALPHA_OPAQUE = 255;
 
 // ---- surfaces ----
