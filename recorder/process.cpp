@@ -11,6 +11,7 @@ extern char** environ;
 namespace {
 
 constexpr off_t lastlinesbytes = 1500;
+constexpr int pipebytes = 1 << 20; // the most that anybody may ask for
 
 int temporaryfile() {
     FILE* file = tmpfile();
@@ -40,6 +41,8 @@ bool process_c::start(const std::vector<std::string>& command, bool piped) {
     int ends[2] = {open("/dev/null", O_RDONLY | O_CLOEXEC), -1};
     if (piped && (close(ends[0]), pipe2(ends, O_CLOEXEC)) != 0)
         return false;
+    // Most of a frame: while it is read the next one is drawn. Where that is not allowed, less is.
+    fcntl(ends[1], F_SETPIPE_SZ, pipebytes);
     errors = temporaryfile();
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
