@@ -42,7 +42,8 @@ bool process_c::start(const std::vector<std::string>& command, bool piped) {
     if (piped && (close(ends[0]), pipe2(ends, O_CLOEXEC)) != 0)
         return false;
     // Most of a frame: while it is read the next one is drawn. Where that is not allowed, less is.
-    fcntl(ends[1], F_SETPIPE_SZ, pipebytes);
+    if (piped)
+        fcntl(ends[1], F_SETPIPE_SZ, pipebytes);
     errors = temporaryfile();
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);

@@ -1,6 +1,6 @@
 // Image files from a folder, decoded ahead of their use on a thread of its own while the GL thread
 // compiles and uploads: nearly half of loading is decoding. Nothing depends on it: what has not
-// been begun when it is asked for is decoded then and there, in order of what asks.
+// been begun when it is asked for is decoded then and there, by who asks.
 #pragma once
 
 #include <SDL.h>

@@ -178,14 +178,13 @@ SDL_Surface* texture_c::load_image(const char* fn, GLenum internalformat) {
         fprintf(stderr, "couldn't load!\n");
         exit(1);
     }
-    SDL_SetAlpha(image, 0, 255); // or the blit would blend instead of copying alpha
     fprintf(stderr, "texture bpp: %i\n", image->format->BitsPerPixel);
     // Nearly every picture: fresh memory for another one would take most of the time.
     if (isalready(image, internalformat)) {
         flip(image);
-        SDL_SetAlpha(image, internalformat == GL_RGBA ? SDL_SRCALPHA : 0, 255);
         return image;
     }
+    SDL_SetAlpha(image, 0, 255); // or the blit would blend instead of copying alpha
     SDL_Surface* converted = newimagesurface(image->w, image->h, internalformat);
     if (converted)
         blitflipped(image, converted);
